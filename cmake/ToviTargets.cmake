@@ -1,0 +1,30 @@
+# How every target of this project is made: warnings, sanitizers, and one target for one folder.
+include_guard(GLOBAL)
+
+add_library(tovi_options INTERFACE)
+target_include_directories(tovi_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(tovi_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(TOVI_SANITIZE)
+  target_compile_options(tovi_options INTERFACE
+    -fsanitize=${TOVI_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(tovi_options INTERFACE -fsanitize=${TOVI_SANITIZE})
+endif()
+
+# tovi_folder(<name> <sources>...): one folder of the library, collected into the target tovi.
+function(tovi_folder name)
+  if(NOT ARGN)
+    return()
+  endif()
+  add_library(tovi_${name} OBJECT ${ARGN})
+  target_link_libraries(tovi_${name} PRIVATE tovi_options)
+  set_property(GLOBAL APPEND PROPERTY TOVI_FOLDERS tovi_${name})
+endfunction()
+
+# tovi_test(<name> <sources>...): the tests of one folder in one executable.
+function(tovi_test name)
+  add_executable(tovi_test_${name} ${ARGN})
+  target_link_libraries(tovi_test_${name} PRIVATE tovi tovi_options GTest::gmock_main)
+  target_compile_definitions(tovi_test_${name} PRIVATE
+    TOVI_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" TOVI_TEST_CARDS="${PROJECT_SOURCE_DIR}/tests/cards")
+  gtest_discover_tests(tovi_test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()

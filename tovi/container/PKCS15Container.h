@@ -1,0 +1,234 @@
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <vector>
+
+#include "tovi/asn1/CoderEnv.h"
+#include "tovi/interfaces/Blob.h"
+#include "tovi/interfaces/ISCardOS.h"
+#include "tovi/interfaces/ProfileDFHandler.h"
+#include "tovi/interfaces/RefCounted.h"
+#include "tovi/pkcs15/PKCS15.h"
+#include "tovi/records/ASN1Object.h"
+#include "tovi/records/AuthInfo.h"
+#include "tovi/records/FATInfo.h"
+#include "tovi/records/Infos.h"
+#include "tovi/records/PKCS15Object.h"
+#include "tovi/records/PKCS15TokenInfo.h"
+
+namespace tovi {
+
+/// The in-memory model of one PKCS#15 application on a smart card.
+///
+/// Reading selects the application, decodes EF(TokenInfo), EF(ODF) and every directory file that
+/// the ODF names, and turns each record into an info; from keys and certificates it derives key
+/// containers. Callers name an object by its record number, the index of its row in the
+/// file-allocation table; authentication objects by their reference.
+///
+/// Every failure of the container is a SmartcardException. No operation takes a lock: use one
+/// container from one thread at a time and serialise card access. Reference-counted from 0: the
+/// creator takes the first reference, the last Release() destroys the container.
+class PKCS15Container : public RefCounterImpl<IRefCounted, 0, SyncObject> {
+public:
+    template <class Info>
+    using InfoList = std::vector<PKCS15ObjectInfo<Info>>;
+    template <class Type>
+    using RawList = std::vector<ASN1Object<Type>>;
+
+    /// Makes an empty container for the application at `appPath`, a copy of which is kept: file
+    /// identifiers below the master file. Touches no card.
+    explicit PKCS15Container(const byte_array& appPath);
+    ~PKCS15Container() override;
+
+    // ---- reading ----
+
+    /// Reads the whole application.
+    ///
+    /// Throws "Failed to select PKCS15 AID", or the message of the step that failed, always with
+    /// the operation "PKCS15Container::readFromCard" and code 0. After a failure the container keeps
+    /// what was read so far; call clear() before the next read, since reading appends.
+    void readFromCard(ISCardOS* os);
+    /// True after a readFromCard that succeeded.
+    bool hasBeenRead() const { return isRead; }
+    /// Forgets everything read from the card except getTokenInfo(). May be called at any time.
+    void clear();
+
+    /// The path of the directory below which the application's files lie, from 3F00 on.
+    Blob getRootPath() const;
+
+    // The steps of readFromCard, in order.
+
+    /// Selects the application by PKCS15_AID; false when `os` is null or refuses.
+    static bool selectApp(ISCardOS* os);
+    /// Throws "Failed to decode and validate TokenInfo", "More than one TokenInfo".
+    void readTokenInfo(ISCardOS* os);
+    /// Throws "Failed to decode and validate ODF".
+    void readODF(ISCardOS* os);
+    /// Throws "Failed to decode PrKDF" and the like for the directory file that cannot be read.
+    void readDirectoryFiles(ISCardOS* os);
+    /// Throws "invalid TokenInfo", "TokenInfo must be record[0]".
+    void initTokenInfo();
+    void initPrivateKeyInfos();
+    void initPublicKeyInfos();
+    void initCertificateInfos();
+    void initBlockCipherKeyInfos();
+    void initDataInfos();
+    void initContainerInfos();
+    void initAuthObjs();
+
+    // ---- lookup ----
+    //
+    // get...Info throws "invalid record number" (operation "PKCS15Container::checkObjectType") for a
+    // record number beyond the table, "invalid object type" for a row of another type, "invalid
+    // record number" for a row without info, both with "PKCS15Container::getInfo". ref...Info gives
+    // a reference to change the record through; its operation is "PKCS15Container::refInfo".
+    // References hold until the list changes.
+
+    const PKCS15ObjectInfo<PrivateKeyInfo>& getPrivateKeyInfo(unsigned long recordNumber) const;
+    PKCS15ObjectInfo<PrivateKeyInfo>& refPrivateKeyInfo(unsigned long recordNumber);
+    const PKCS15ObjectInfo<PublicKeyInfo>& getPublicKeyInfo(unsigned long recordNumber) const;
+    PKCS15ObjectInfo<PublicKeyInfo>& refPublicKeyInfo(unsigned long recordNumber);
+    const PKCS15ObjectInfo<TrustedPublicKeyInfo>& getTrustedPublicKeyInfo(
+        unsigned long recordNumber) const;
+    const PKCS15ObjectInfo<CertificateInfo>& getCertificateInfo(unsigned long recordNumber) const;
+    PKCS15ObjectInfo<CertificateInfo>& refCertificateInfo(unsigned long recordNumber);
+    const PKCS15ObjectInfo<TrustedCertificateInfo>& getTrustedCertificateInfo(
+        unsigned long recordNumber) const;
+    const PKCS15ObjectInfo<UsefulCertificateInfo>& getUsefulCertificateInfo(
+        unsigned long recordNumber) const;
+    const PKCS15ObjectInfo<BlockCipherKeyInfo>& getBlockCipherKeyInfo(
+        unsigned long recordNumber) const;
+    const PKCS15ObjectInfo<DataInfo>& getDataInfo(unsigned long recordNumber) const;
+    const PKCS15ObjectInfo<ContainerInfo>& getContainerInfo(unsigned long recordNumber) const;
+    /// The first authentication object with that reference; throws "invalid object reference".
+    const PKCS15ObjectInfo<AuthInfo>& getAuthInfo(unsigned char reference) const;
+
+    /// Throws "invalid record number" with the operation `where` beyond the last row.
+    void checkRecordNumber(unsigned long recordNumber, const char* where) const;
+    /// Throws "invalid record number" as above, "invalid object type" with the operation `where`
+    /// when the row has another type.
+    void checkObjectType(unsigned long recordNumber, unsigned char type, const char* where) const;
+
+    // ---- the whole model, in the order of the files; element i of an info list and of the raw list
+    // ---- of its kind are one object
+
+    const PKCS15TokenInfo& getTokenInfo() const { return tokenInfo; }
+    const std::vector<FATInfo>& getFATRecords() const { return fatRecords; }
+    const InfoList<PrivateKeyInfo>& getPrivateKeyInfos() const { return privateKeyInfos; }
+    const InfoList<PublicKeyInfo>& getPublicKeyInfos() const { return publicKeyInfos; }
+    const InfoList<TrustedPublicKeyInfo>& getTrustedPublicKeyInfos() const {
+        return trustedPublicKeyInfos;
+    }
+    const InfoList<CertificateInfo>& getCertificateInfos() const { return certificateInfos; }
+    const InfoList<TrustedCertificateInfo>& getTrustedCertificateInfos() const {
+        return trustedCertificateInfos;
+    }
+    const InfoList<UsefulCertificateInfo>& getUsefulCertificateInfos() const {
+        return usefulCertificateInfos;
+    }
+    const InfoList<BlockCipherKeyInfo>& getBlockCipherKeyInfos() const {
+        return blockCipherKeyInfos;
+    }
+    const InfoList<DataInfo>& getDataInfos() const { return dataInfos; }
+    const InfoList<ContainerInfo>& getContainerInfos() const { return containerInfos; }
+    const InfoList<AuthInfo>& getAuthInfos() const { return authInfos; }
+
+    const RawList<PKCS15::TokenInfo>& getRawTokenInfos() const { return rawTokenInfos; }
+    const RawList<PKCS15::PKCS15Objects>& getRawODF() const { return rawODF; }
+    const RawList<PKCS15::PrivateKeyType>& getRawPrivateKeys() const { return rawPrivateKeys; }
+    const RawList<PKCS15::PublicKeyType>& getRawPublicKeys() const { return rawPublicKeys; }
+    const RawList<PKCS15::PublicKeyType>& getRawTrustedPublicKeys() const {
+        return rawTrustedPublicKeys;
+    }
+    const RawList<PKCS15::SecretKeyType>& getRawSecretKeys() const { return rawSecretKeys; }
+    const RawList<PKCS15::CertificateType>& getRawCertificates() const { return rawCertificates; }
+    const RawList<PKCS15::CertificateType>& getRawTrustedCertificates() const {
+        return rawTrustedCertificates;
+    }
+    const RawList<PKCS15::CertificateType>& getRawUsefulCertificates() const {
+        return rawUsefulCertificates;
+    }
+    const RawList<PKCS15::DataType>& getRawDataObjects() const { return rawDataObjects; }
+    const RawList<PKCS15::AuthenticationType>& getRawAuthObjects() const { return rawAuthObjects; }
+
+    // ---- file-allocation table and free file identifiers ----
+
+    /// Appends a row and returns its index, low 16 bits. A type of 0 is stored as it is.
+    unsigned long newFATRecord(unsigned char objectType, bool isPrivate);
+    /// Fills the first free row behind row 0, or appends one; returns its index. A type of 0 leaves
+    /// the row free.
+    unsigned long makeFATRecord(unsigned char objectType, bool isPrivate);
+    /// Overwrites a row, which has to exist: no check is made. A type of 0 frees it. Returns
+    /// `recordNumber`.
+    unsigned long updateFATRecord(unsigned long recordNumber, unsigned char objectType,
+                                  bool isPrivate);
+    /// The lowest FID from `startFID` on that no object of this type uses; 5031..5033, 6376..6378
+    /// and 7FFF are never given out.
+    ///
+    /// Throws "unsupported object type" for a type without files, and "no free FID" (operation
+    /// "getNextFreeFID") when the search reaches 7FFF.
+    std::uint16_t getFreeFID(std::uint16_t startFID, unsigned char objectType) const;
+
+    /// Hook for diagnostics; writes nothing.
+    void print(std::ostream& stream) const;
+
+private:
+    struct IdIndexes;
+
+    bool initPrivateKeyInfo(ASN1Object<PKCS15::PrivateKeyType>& record);
+    bool initBlockCipherKeyInfo(ASN1Object<PKCS15::SecretKeyType>& record);
+    bool initDataInfo(ASN1Object<PKCS15::DataType>& record);
+    bool initAuth(ASN1Object<PKCS15::AuthenticationType>& record, InfoList<AuthInfo>& infos);
+    template <class Info, class Type, class Decode>
+    void initInfos(InfoList<Info>& infos, RawList<Type>& raws, unsigned char objectType,
+                   Decode decode);
+    void updateContainerInfos();
+    unsigned long updateContainerCertificate(ContainerInfo& container, const Blob& id, bool sign,
+                                             bool decrypt);
+    unsigned long updateContainerPrivateKey(PKCS15ObjectInfo<PrivateKeyInfo>& key);
+
+    // The order is that of construction; destruction and clear() rely on it.
+    bool isRead = false;
+    Blob appPath;
+    ASN1::CoderEnv coderEnv;
+    RawList<PKCS15::TokenInfo> rawTokenInfos;
+    RawList<PKCS15::PKCS15Objects> rawODF;
+    ProfileDFHandler tokenInfoHandler;
+    ProfileDFHandler odfHandler;
+    RawList<PKCS15::PrivateKeyType> rawPrivateKeys;
+    RawList<PKCS15::PublicKeyType> rawPublicKeys;
+    RawList<PKCS15::PublicKeyType> rawTrustedPublicKeys;
+    RawList<PKCS15::SecretKeyType> rawSecretKeys;
+    RawList<PKCS15::CertificateType> rawCertificates;
+    RawList<PKCS15::CertificateType> rawTrustedCertificates;
+    RawList<PKCS15::CertificateType> rawUsefulCertificates;
+    RawList<PKCS15::DataType> rawDataObjects;
+    RawList<PKCS15::AuthenticationType> rawAuthObjects;
+    ProfileDFHandler prkdfHandler;
+    ProfileDFHandler pukdfHandler;
+    ProfileDFHandler trustedPukdfHandler;
+    ProfileDFHandler skdfHandler;
+    ProfileDFHandler cdfHandler;
+    ProfileDFHandler trustedCdfHandler;
+    ProfileDFHandler usefulCdfHandler;
+    ProfileDFHandler dodfHandler;
+    ProfileDFHandler aodfHandler;
+    std::vector<FATInfo> fatRecords;
+    PKCS15TokenInfo tokenInfo;
+    InfoList<PrivateKeyInfo> privateKeyInfos;
+    InfoList<PublicKeyInfo> publicKeyInfos;
+    InfoList<TrustedPublicKeyInfo> trustedPublicKeyInfos;
+    InfoList<CertificateInfo> certificateInfos;
+    InfoList<TrustedCertificateInfo> trustedCertificateInfos;
+    InfoList<UsefulCertificateInfo> usefulCertificateInfos;
+    InfoList<BlockCipherKeyInfo> blockCipherKeyInfos;
+    InfoList<DataInfo> dataInfos;
+    InfoList<ContainerInfo> containerInfos;
+    InfoList<AuthInfo> authInfos;
+};
+
+/// Hook for diagnostics; leaves the stream untouched.
+std::ostream& operator<<(std::ostream& stream, PKCS15Container& container);
+
+}  // namespace tovi

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "tovi/interfaces/PKCS11Attrs.h"
+
+namespace tovi {
+
+/// One algorithm that the card can perform (AlgorithmInfo, PKCS#15 v1.1, 6.10).
+struct PKCS15AlgorithmInfo {
+    std::uint64_t algorithm = 0;  ///< number of a PKCS#11 mechanism
+    Blob algId;                   ///< arcs of the object identifier, one octet each
+    /// compute-checksum, compute-signature, verify-checksum, verify-signature, encipher, decipher,
+    /// hash, generate-key
+    std::array<bool, 8> supportedOperations{};
+};
+
+/// The names that the token goes by.
+struct TokenInfo : PKCS11Attrs {
+    Blob label;
+    Blob serialNumber;
+    std::uint8_t tokenAux1 = 0;  ///< 0xFF after reading; carried for callers like the next two
+    std::uint8_t tokenAux2 = 0;
+    std::uint8_t tokenAux3 = 0;
+};
+
+/// EF(TokenInfo) as a plain record (PKCS#15 v1.1, 6.10).
+struct PKCS15TokenInfo {
+    Blob manufacturerID;
+    bool readonly = false;
+    bool loginRequired = true;
+    bool prnGeneration = false;
+    bool eidCompliant = false;
+    std::uint64_t version = 0;
+    std::vector<PKCS15AlgorithmInfo> supportedAlgorithms;
+    TokenInfo info;
+};
+
+}  // namespace tovi

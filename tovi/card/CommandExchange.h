@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+
+#include "tovi/card/Apdu.h"
+#include "tovi/card/ICardChannel.h"
+
+namespace tovi {
+
+/// What the card behind a channel understands beside short commands; its historical bytes or
+/// EF(ATR) say so (ISO/IEC 7816-4:2005, 8.1.1).
+struct CardCapabilities {
+    bool extendedLength = false;
+    bool commandChaining = false;
+    /// The most octets for one read and one write; 0: as many as the length fields carry, with
+    /// chaining 65535.
+    std::size_t maxRead = 0;
+    std::size_t maxWrite = 0;
+};
+
+/// One command with everything that belongs to it: splitting into a chain, GET RESPONSE after 61XX,
+/// repetition with the right Le after 6CXX (ISO/IEC 7816-4:2005, 5.1.1 and 5.3.4).
+///
+/// Sends at most one repetition per command, and GET RESPONSE only as long as each brings data.
+class CommandExchange {
+public:
+    CommandExchange(ICardChannel& channel, const CardCapabilities& capabilities);
+
+    /// Sends `command`, and returns all its data with the last status word.
+    ///
+    /// Throws SmartcardException with code 0 and `operation` as the operation name: "incomplete
+    /// card response" for fewer than two octets, "card response too long" for more data than the
+    /// longest response holds; and what the channel throws.
+    ResponseApdu send(const CommandApdu& command, const char* operation);
+
+    std::size_t maxRead() const { return maxRead_; }
+    std::size_t maxWrite() const { return maxWrite_; }
+
+private:
+    ResponseApdu sendChain(const CommandApdu& command, const char* operation);
+    ResponseApdu sendOne(CommandApdu command, const char* operation);
+    ResponseApdu transmit(const CommandApdu& command, const char* operation);
+
+    ICardChannel& channel_;
+    bool extended_;
+    bool chaining_;
+    std::size_t maxRead_;
+    std::size_t maxWrite_;
+};
+
+}  // namespace tovi

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <chrono>
+
+#include "tovi/card/ICardChannel.h"
+
+namespace tovi {
+
+/// Passes commands on and takes as long as a card on a slow line would.
+class DelayingChannel final : public ICardChannel {
+public:
+    struct Cost {
+        std::chrono::nanoseconds command{};  ///< for each command
+        std::chrono::nanoseconds octet{};    ///< for each octet in either direction
+    };
+
+    /// `channel` must outlive this object.
+    DelayingChannel(ICardChannel& channel, Cost cost) : channel_(channel), cost_(cost) {}
+
+    Blob transmit(const Blob& command) override;
+
+private:
+    ICardChannel& channel_;
+    Cost cost_;
+};
+
+}  // namespace tovi

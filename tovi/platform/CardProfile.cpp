@@ -1,0 +1,25 @@
+#include "tovi/interfaces/CardProfile.h"
+
+#include <algorithm>
+
+#include "tovi/records/PKCS15Object.h"
+
+namespace tovi {
+
+const Blob PKCS15_AID = {0xA0, 0x00, 0x00, 0x00, 0x63, 'P', 'K', 'C', 'S', '-', '1', '5'};
+const Blob PKCS15_MF = {0x3F, 0x00};
+const Blob PKCS15_DF = {0x50, 0x15};
+const Blob PKCS15_PATH = {0x3F, 0x00, 0x50, 0x15};
+const Blob PKCS15_EF_ODF = {0x50, 0x31};
+const Blob PKCS15_EF_TOKEN_INFO = {0x50, 0x32};
+
+const Blob B_CK_TRUE = {1};
+const Blob B_CK_FALSE = {0};
+
+void getFID(PKCS15Object& object) {
+    const Blob& path = object.path.path;
+    const std::size_t size = path.size();
+    object.fid = size < 2 ? noFID : std::uint64_t{path[size - 2]} << 8 | path[size - 1];
+}
+
+}  // namespace tovi

@@ -1,0 +1,101 @@
+#include "tovi/interfaces/ProfileDFHandler.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "tovi/interfaces/CardProfile.h"
+#include "tovi/interfaces/Exception.h"
+#include "tovi/platform/DirectoryFile.h"
+#include "tovi/platform/ProfileDFState.h"
+#include "tovi/platform/RecordScanner.h"
+#include "tovi/platform/TlvHeader.h"
+
+namespace tovi {
+namespace {
+
+constexpr const char* HERE = "ProfileDFHandler::ReadFile";
+constexpr std::uint8_t firstContextTag = 0xA0;
+
+constexpr std::uint8_t masterFile[] = {0x3F, 0x00};
+constexpr std::uint8_t currentDF[] = {0x3F,
+                                      0xFF};  // reserved for paths (ISO/IEC 7816-4:2005, 5.3.1)
+
+bool beginsWith(ASN1::View path, ASN1::View fileIdentifier) {
+    return path.size() >= fileIdentifier.size() &&
+           std::equal(fileIdentifier.begin(), fileIdentifier.end(), path.begin());
+}
+
+/// `path` from the master file on; a relative one begins at `parent`.
+Blob absolutePath(ASN1::View parent, ASN1::View path) {
+    if (beginsWith(path, masterFile)) return path;
+    if (beginsWith(path, currentDF)) path = path.subspan(std::size(currentDF));
+    Blob absolute = parent;
+    absolute.append(path);
+    return absolute;
+}
+
+bool isFilePath(ASN1::View path) { return !path.empty() && path.size() % 2 == 0; }
+
+void countRecords(DirectoryFile& file, unsigned char tag) {
+    for (RecordPlace& place : file.places)
+        place.counted = tag == IGNORE_TAG || file.octetsAt(place)[0] == tag;
+}
+
+std::vector<Blob> countedRecords(const DirectoryFile& file) {
+    std::vector<Blob> records;
+    records.reserve(file.places.size());
+    for (const RecordPlace& place : file.places)
+        if (place.counted) records.emplace_back(file.octetsAt(place));
+    return records;
+}
+
+/// Some cards hold the entries of EF(ODF) inside one outer SEQUENCE, a tag that no entry has
+/// (PKCS#15 v1.1, 5.5.1: they are alternatives with context tags). The entries alone are returned.
+std::vector<Blob> unwrapped(std::vector<Blob> records) {
+    if (records.size() != 1 || records[0][0] != SEQUENCE_TAG) return records;
+    const TlvHeader header = readTlvHeader(records[0]);
+    if (header.state != TlvHeader::State::complete || header.total() != records[0].size())
+        return records;
+    const ASN1::View contents = ASN1::View(records[0]).subspan(header.size);
+    std::vector<Blob> entries;
+    for (const FileEntry& entry : scanRecords(contents))
+        if (entry.kind == FileEntry::Kind::record || entry.kind == FileEntry::Kind::broken)
+            entries.emplace_back(contents.subspan(entry.offset, entry.length));
+    const bool isODF = !entries.empty() && entries[0][0] >= firstContextTag;
+    return isODF ? entries : records;
+}
+
+}  // namespace
+
+ProfileDFHandler::ProfileDFHandler(const Blob& appPath) : state_(std::make_unique<State>()) {
+    state_->application = absolutePath(masterFile, appPath);
+}
+
+ProfileDFHandler::~ProfileDFHandler() = default;
+
+void ProfileDFHandler::SetFilePath(const Blob& path, const char* /*name*/) {
+    state_->path = path.empty() ? Blob() : absolutePath(state_->application, path);
+}
+
+void ProfileDFHandler::ReadFile(ISCardOS* os, unsigned char tag, bool flag) {
+    State& state = *state_;
+    state.records.clear();
+    if (os == nullptr) throw SmartcardException("no card", HERE);
+    if (!isFilePath(state.path)) throw SmartcardException("invalid file path", HERE);
+    if (flag && !state.files.empty() && state.files.front().path == state.path) state.files.clear();
+
+    DirectoryFile file = readDirectoryFile(*os, state.path, ReadExtent::records);
+    countRecords(file, tag);
+    std::vector<Blob> records = countedRecords(file);
+    if (flag) {
+        state.files.push_back(std::move(file));
+    } else if (tag == IGNORE_TAG) {
+        records = unwrapped(std::move(records));
+    }
+    state.records = std::move(records);
+}
+
+const std::vector<Blob>& ProfileDFHandler::records() const { return state_->records; }
+
+}  // namespace tovi

@@ -174,19 +174,26 @@ public:
     void print(std::ostream& stream) const;
 
 private:
-    struct IdIndexes;
+    struct SecretKeyIndex;
+    struct PairingIndexes;
 
-    bool initPrivateKeyInfo(ASN1Object<PKCS15::PrivateKeyType>& record);
-    bool initBlockCipherKeyInfo(ASN1Object<PKCS15::SecretKeyType>& record);
-    bool initDataInfo(ASN1Object<PKCS15::DataType>& record);
-    bool initAuth(ASN1Object<PKCS15::AuthenticationType>& record, InfoList<AuthInfo>& infos);
     template <class Info, class Type, class Decode>
     void initInfos(InfoList<Info>& infos, RawList<Type>& raws, unsigned char objectType,
                    Decode decode);
-    void updateContainerInfos();
-    unsigned long updateContainerCertificate(ContainerInfo& container, const Blob& id, bool sign,
+
+    bool initAuth(ASN1Object<PKCS15::AuthenticationType>& record, PKCS15ObjectInfo<AuthInfo>& info,
+                  const SecretKeyIndex& secretKeys);
+    void takeKeyFile(PKCS15ObjectInfo<AuthInfo>& info, const SecretKeyIndex& secretKeys);
+    bool isRecognised(const PKCS15Object& object) const;
+    void updateContainerInfos(const PairingIndexes& indexes);
+    unsigned long updateContainerCertificate(const PairingIndexes& indexes,
+                                             ContainerInfo& container, const Blob& id, bool sign,
                                              bool decrypt);
-    unsigned long updateContainerPrivateKey(PKCS15ObjectInfo<PrivateKeyInfo>& key);
+    unsigned long updateContainerPrivateKey(const PairingIndexes& indexes,
+                                            PKCS15ObjectInfo<PrivateKeyInfo>& key);
+    unsigned long addContainer(PKCS15ObjectInfo<ContainerInfo>& container);
+    void linkToContainer(unsigned long publicKey, unsigned long certificate,
+                         std::uint64_t recordNumber);
 
     // The order is that of construction; destruction and clear() rely on it.
     bool isRead = false;

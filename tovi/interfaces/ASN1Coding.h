@@ -1,12 +1,8 @@
 #pragma once
 
-#include "tovi/interfaces/Blob.h"
-
 namespace ASN1 {
-class AbstractData;
 class CoderEnv;
 class Module;
-struct BitString;
 }  // namespace ASN1
 
 namespace tovi {

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "tovi/asn1/BitString.h"
+#include "tovi/interfaces/PKCS11Attrs.h"
+
+namespace tovi {
+
+/// Sets a boolean attribute from bit `bit`; a bit beyond the end counts as 0.
+void ASN1_decodeP11BoolAttr(const ASN1::BIT_STRING& bits, PKCS11Attrs& attributes,
+                            unsigned long attribute, unsigned int bit);
+
+/// Sets the ten usage attributes from KeyUsageFlags (PKCS#15 v1.1, 6.1.9), each explicitly to true
+/// or false. nonRepudiation stands for CKA_ALWAYS_AUTHENTICATE.
+void decodeKeyUsageFlags(const ASN1::BIT_STRING& usage, PKCS11Attrs& attributes);
+
+}  // namespace tovi

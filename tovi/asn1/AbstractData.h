@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <type_traits>
+
+#include "tovi/asn1/Builtin.h"
+
+namespace ASN1 {
+
+template <class T>
+concept Described = requires {
+    { TypeOf<std::remove_const_t<T>>::value } -> std::convertible_to<const Type*>;
+};
+
+/// A value of some described type, for operations that work on all of them. Made from any such value; does
+/// not own it, so it must not outlive it.
+class AbstractData {
+public:
+    template <class T>
+        requires(!std::is_same_v<std::remove_const_t<T>, AbstractData> && Described<T>)
+    AbstractData(T& value)
+        : AbstractData(*TypeOf<std::remove_const_t<T>>::value, &value) {}
+    AbstractData(const Type& type, const void* value)
+        : type_(&type), value_(const_cast<void*>(value)) {}
+
+    const Type& type() const { return *type_; }
+    /// Whoever made the handle from a constant value must not write through it.
+    void* value() const { return value_; }
+    /// Whether the value keeps every size and range of its type, in all its parts.
+    bool isValid() const;
+
+private:
+    const Type* type_;
+    void* value_;
+};
+
+/// A value of a type that is known at run time only; fresh at first.
+class AnyValue {
+public:
+    explicit AnyValue(const Type& type);
+    AnyValue(const AnyValue& other);
+    AnyValue(AnyValue&& other) noexcept;
+    AnyValue& operator=(AnyValue other) noexcept;
+    ~AnyValue();
+
+    const Type& type() const { return *type_; }
+    void* get() { return value_; }
+    const void* get() const { return value_; }
+    operator AbstractData() const { return {*type_, value_}; }
+
+private:
+    const Type* type_;
+    void* value_;
+};
+
+}  // namespace ASN1

@@ -1,0 +1,214 @@
+#include "tovi/asn1/Constructed.h"
+
+namespace ASN1 {
+
+namespace {
+
+constexpr std::size_t nobody = ~std::size_t{0};
+
+/// A mandatory CHOICE with "..." takes a tag it does not know; an optional one would swallow the element of
+/// a later member.
+bool takesAnyTag(const Member& member) {
+    return member.tag.isNone() && member.type->kind == Kind::choice && member.type->extension();
+}
+
+bool isMandatory(const Member& member) { return member.presence == Presence::mandatory; }
+
+/// The row from `next` on that takes the element; a mandatory one is not stepped over.
+std::size_t findTaker(std::span<const Member> members, std::size_t next, const Element& element) {
+    for (; next < members.size(); ++next) {
+        const Member& member = members[next];
+        if (member.isExtension()) continue;
+        if (member.begins(element.tag, element.constructed)) return next;
+        if (isMandatory(member)) return takesAnyTag(member) ? next : nobody;
+    }
+    return nobody;
+}
+
+/// Walks the members of one SEQUENCE value while its elements come in.
+class SequenceDecoder {
+public:
+    SequenceDecoder(const Type& type, void* object, Reader& body)
+        : members_(type.members), extension_(type.extension()), object_(object), body_(&body) {}
+
+    bool run() {
+        for (Element element; !body_->atEnd();) {
+            if (!body_->peek(element)) return false;
+            const std::size_t taker = findTaker(members_, next_, element);
+            if (taker == nobody ? !setAside(element) : !take(taker, element)) return false;
+            body_->skip(element);
+        }
+        keepUnknown(members_.size());
+        return leaveOutUpTo(members_.size());
+    }
+
+private:
+    bool take(std::size_t taker, const Element& element) {
+        keepUnknown(taker);
+        leaveOutUpTo(taker);
+        next_ = taker + 1;
+        const Member& member = members_[taker];
+        // Some cards write an empty explicit tag where an optional member is absent.
+        if (member.presence == Presence::optional && element.content.empty() && member.isExplicit())
+            return true;
+        return decodeMember(member, element, member.make(object_), *body_) ||
+               body_->within(member.name);
+    }
+
+    /// An element no member takes: of a later version, if there may be one here.
+    bool setAside(const Element& element) {
+        for (std::size_t row = next_; row < members_.size(); ++row) {
+            if (!isMandatory(members_[row])) continue;
+            body_->failUnexpected(element, members_[row].type, members_[row].tag);
+            return body_->within(members_[row].name);
+        }
+        if (!extension_)
+            return next_ == members_.size() ? body_->fail(Error::trailing, element.whole.data())
+                                            : body_->failUnexpected(element, nullptr);
+        // Unknown elements with no known one between them are one stretch of the input.
+        const std::uint8_t* begin = unknown_.empty() ? element.whole.data() : unknown_.data();
+        unknown_ = View(begin, element.whole.data() + element.whole.size());
+        return true;
+    }
+
+    void keepUnknown(std::size_t row) {
+        if (unknown_.empty()) return;
+        as<Unknown>(extension_->locate(object_)).add(row, unknown_);
+        unknown_ = {};
+    }
+
+    /// False when a mandatory member is among those that are absent.
+    bool leaveOutUpTo(std::size_t row) {
+        for (; next_ < row; ++next_) {
+            const Member& member = members_[next_];
+            if (member.presence == Presence::expected) member.clear(object_);
+            if (!isMandatory(member)) continue;
+            body_->fail(Error::missing);
+            return body_->within(member.name);
+        }
+        return true;
+    }
+
+    std::span<const Member> members_;
+    const Member* extension_;
+    void* object_;
+    Reader* body_;
+    std::size_t next_ = 0;
+    View unknown_;  ///< unknown elements since the last known one
+};
+
+bool decodeExplicit(const Member& member, const Element& element, void* value, Reader& in) {
+    auto body = in.enter(element);
+    if (!body) return false;
+    if (body->atEnd()) return body->fail(Error::missing);
+    Element inner;
+    if (!body->next(inner)) return false;
+    if (!body->atEnd()) return body->fail(Error::trailing);
+    return decodeElement(*member.type, inner, value, *body);
+}
+
+/// What ISO/IEC 7816-15 has in place of a value of this type, kept as it came.
+bool keepOtherForm(const Type& type, const Element& element, void* value) {
+    type.otherForm(value).emplace(Octets(element.whole));
+    return true;
+}
+
+bool decodeOrKeep(const Type& type, const Element& element, void* value, Reader& in) {
+    const bool mayBeOther = type.otherTags.empty();
+    if (!mayBeOther && type.tag != element.tag) return keepOtherForm(type, element, value);
+    if (type.decode(type, element, value, in)) return true;
+    if (!mayBeOther) return false;
+    in.forgive();
+    type.members[0].clear(value);
+    return keepOtherForm(type, element, value);
+}
+
+}  // namespace
+
+bool decodeElement(const Type& type, const Element& element, void* value, Reader& in) {
+    if (!type.begins(element.tag, element.constructed) &&
+        !(type.kind == Kind::choice && type.extension()))
+        return in.failUnexpected(element, &type);
+    if (type.otherForm) return decodeOrKeep(type, element, value, in);
+    return type.decode(type, element, value, in);
+}
+
+bool decodeMember(const Member& member, const Element& element, void* value, Reader& in) {
+    if (member.isExplicit()) return decodeExplicit(member, element, value, in);
+    if (member.tag.isNone() && member.type->otherForm)
+        return decodeOrKeep(*member.type, element, value, in);
+    return member.type->decode(*member.type, element, value, in);
+}
+
+void encodeElement(const Type& type, const void* value, Tag tag, Writer& out) {
+    if (const OpenData* other = type.otherFormOf(value)) return out.octets(*other);
+    const std::size_t end = out.size();
+    type.encode(type, value, out);
+    if (type.isUntagged()) return;
+    out.header(tag.isNone() ? type.tag : tag, type.form == Form::constructed, out.size() - end);
+}
+
+void encodeMember(const Member& member, const void* value, Writer& out) {
+    if (!member.isExplicit()) return encodeElement(*member.type, value, member.tag, out);
+    const std::size_t end = out.size();
+    encodeElement(*member.type, value, {}, out);
+    out.header(member.tag, true, out.size() - end);
+}
+
+bool decodeSequence(const Type& type, const Element& self, void* object, Reader& in) {
+    auto body = in.enter(self);
+    return body && SequenceDecoder(type, object, *body).run();
+}
+
+bool decodeChoice(const Type& type, const Element& element, void* value, Reader& in) {
+    for (const Member& member : type.members)
+        if (!member.isExtension() && member.begins(element.tag, element.constructed))
+            return decodeMember(member, element, member.make(value), in) || in.within(member.name);
+    const Member* extension = type.extension();
+    if (!extension) return in.failUnexpected(element, &type);
+    as<OpenData>(extension->make(value)).assign(element.whole);
+    return true;
+}
+
+bool decodeList(const Type& type, const Element& self, void* list, Reader& in) {
+    auto body = in.enter(self);
+    if (!body) return false;
+    std::size_t index = 0;
+    for (Element element; !body->atEnd(); ++index) {
+        if (!body->next(element)) return false;
+        if (!decodeElement(*type.element, element, type.list->append(list), *body))
+            return body->withinItem(index);
+    }
+    return true;
+}
+
+void encodeSequence(const Type& type, const void* object, Writer& out) {
+    std::span<const Unknown::Run> runs;
+    if (const Member* extension = type.extension())
+        runs = as<Unknown>(extension->get(object)).runs();
+    for (std::size_t row = type.members.size();; --row) {
+        while (!runs.empty() && runs.back().row >= row) {
+            out.octets(runs.back().elements);
+            runs = runs.first(runs.size() - 1);
+        }
+        if (row == 0) return;
+        const Member& member = type.members[row - 1];
+        if (member.isExtension()) continue;
+        if (const void* value = member.getEncoded(object)) encodeMember(member, value, out);
+    }
+}
+
+void encodeChoice(const Type& type, const void* value, Writer& out) {
+    const Member* member = chosen(type, value);
+    const void* held = member ? member->get(value) : nullptr;
+    if (!held) return out.fail();
+    if (member->isExtension()) return out.octets(as<OpenData>(held));
+    encodeMember(*member, held, out);
+}
+
+void encodeList(const Type& type, const void* list, Writer& out) {
+    for (std::size_t i = type.list->size(list); i-- > 0;)
+        encodeElement(*type.element, type.list->at(list, i), {}, out);
+}
+
+}  // namespace ASN1

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+
+namespace ASN1 {
+
+/// A value of an ENUMERATED type; the types derived from this name their numbers. It may hold a number
+/// without a name: a card written to a later version of the type.
+struct ENUMERATED {
+    std::int64_t value = 0;
+
+    ENUMERATED() = default;
+    ENUMERATED(std::int64_t number) : value(number) {}
+    friend bool operator==(const ENUMERATED&, const ENUMERATED&) = default;
+};
+
+struct Null {
+    friend bool operator==(Null, Null) = default;
+};
+
+}  // namespace ASN1

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <utility>
+
+namespace ASN1 {
+
+/// A member that PKCS#15 v1.1 has as mandatory and ISO/IEC 7816-15 as optional.
+///
+/// Read as a T. Where the card leaves it out it is empty, and stays left out while it is empty; an empty
+/// one that nobody read is written with no content.
+template <class T>
+class Expected : public T {
+public:
+    Expected() = default;
+    Expected(const T& value) : T(value) {}
+    Expected(T&& value) : T(std::move(value)) {}
+    using T::T;
+    using T::operator=;
+
+    bool isLeftOut() const { return leftOut_ && this->empty(); }
+    void setLeftOut(bool leftOut) { leftOut_ = leftOut; }
+
+private:
+    bool leftOut_ = false;
+};
+
+}  // namespace ASN1

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "tovi/asn1/Octets.h"
+
+namespace ASN1 {
+
+using OCTET_STRING = Octets;
+
+/// A character string as the octets that are on the wire, whatever they are; UTF-8 is not enforced.
+template <std::uint32_t TagNumber>
+struct CharacterString : Octets {
+    using Octets::Octets;
+    using Octets::operator=;
+    CharacterString() = default;
+    CharacterString(const Octets& octets) : Octets(octets) {}
+    CharacterString(std::string_view text) { *this = text; }
+    CharacterString(const char* text) : CharacterString(std::string_view(text)) {}
+    CharacterString& operator=(std::string_view text) {
+        assign(View(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+        return *this;
+    }
+    CharacterString& operator=(const char* text) { return *this = std::string_view(text); }
+    std::string_view text() const {
+        return {reinterpret_cast<const char*>(data()), size()};
+    }
+};
+
+using UTF8String = CharacterString<12>;
+using PrintableString = CharacterString<19>;
+using IA5String = CharacterString<22>;
+
+/// A time as its characters, "20250101000000Z" (X.680 clause 46 of 2008).
+using GeneralizedTime = CharacterString<24>;
+
+/// One whole element of a type that is not looked into: header and content, as they came.
+struct OpenData : Octets {
+    using Octets::Octets;
+    using Octets::operator=;
+    OpenData() = default;
+    OpenData(const Octets& octets) : Octets(octets) {}
+};
+
+/// Characters of UTF-8 text; octets when they are not UTF-8 (RFC 3629).
+std::size_t countCharacters(View octets);
+bool isUTF8(View octets);
+
+}  // namespace ASN1

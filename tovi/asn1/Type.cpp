@@ -1,0 +1,69 @@
+#include "tovi/asn1/Type.h"
+
+#include <algorithm>
+
+namespace ASN1 {
+
+namespace {
+
+bool fits(Form form, bool constructed) {
+    return form == Form::either || (form == Form::constructed) == constructed;
+}
+
+}  // namespace
+
+bool Type::begins(Tag first, bool constructed) const {
+    if (!tag.isNone()) {
+        if (tag == first && fits(form, constructed)) return true;
+    } else if (kind == Kind::open) {
+        return true;
+    } else {
+        for (const Member& member : members)
+            if (!member.isExtension() && member.begins(first, constructed)) return true;
+    }
+    return otherForm && (otherTags.empty() || std::ranges::count(otherTags, first) != 0);
+}
+
+const Member* Type::extension() const {
+    for (const Member& member : members)
+        if (member.isExtension()) return &member;
+    return nullptr;
+}
+
+const OpenData* Type::otherFormOf(const void* value) const {
+    if (!otherForm) return nullptr;
+    if (kind == Kind::choice && chosen(*this, value)) return nullptr;
+    return otherForm(const_cast<void*>(value)).get();
+}
+
+bool Member::begins(Tag first, bool constructed) const {
+    if (tag.isNone()) return type->begins(first, constructed);
+    return tag == first && fits(isExplicit() ? Form::constructed : type->form, constructed);
+}
+
+const Member* memberAt(const Type& type, std::size_t position) {
+    for (const Member& member : type.members)
+        if (!member.isExtension() && position-- == 0) return &member;
+    return nullptr;
+}
+
+const Member* optionalAt(const Type& type, std::size_t optionalIndex) {
+    for (const Member& member : type.members)
+        if (member.isOptional() && optionalIndex-- == 0) return &member;
+    return nullptr;
+}
+
+const Member* findMember(const Type& type, std::string_view name) {
+    for (const Member& member : type.members)
+        if (member.name == name) return &member;
+    return nullptr;
+}
+
+const Member* chosen(const Type& type, const void* value) {
+    const std::size_t selection = type.selection(value);
+    for (const Member& member : type.members)
+        if (member.alternative == selection) return &member;
+    return nullptr;
+}
+
+}  // namespace ASN1

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "tovi/asn1/Octets.h"
+
+namespace ASN1 {
+
+/// The elements of a SEQUENCE that its table does not know: members of later versions of the type, kept
+/// octet for octet and each at its place among the known ones. Takes one pointer while there are none.
+class Unknown {
+public:
+    /// Elements that follow one another without a known member between them.
+    struct Run {
+        std::size_t row = 0;  ///< the table row in front of which they stand
+        Octets elements;
+    };
+
+    Unknown() noexcept = default;
+    Unknown(const Unknown& other) {
+        if (other.runs_) runs_ = std::make_unique<std::vector<Run>>(*other.runs_);
+    }
+    Unknown(Unknown&&) noexcept = default;
+    Unknown& operator=(const Unknown& other) {
+        Unknown copy(other);
+        runs_.swap(copy.runs_);
+        return *this;
+    }
+    Unknown& operator=(Unknown&&) noexcept = default;
+    ~Unknown() = default;
+
+    bool empty() const { return !runs_; }
+    /// Adds an element in front of `row`; rows come in rising order.
+    void add(std::size_t row, View element);
+    /// In the order of their rows.
+    std::span<const Run> runs() const;
+    void clear() { runs_.reset(); }
+
+private:
+    std::unique_ptr<std::vector<Run>> runs_;
+};
+
+}  // namespace ASN1

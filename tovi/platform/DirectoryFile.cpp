@@ -57,7 +57,8 @@ private:
         file_.octets.insert(file_.octets.end(), response.begin(), response.begin() + got);
         // A size that the card told is believed until nothing comes any more.
         const bool sizeIsTold = size_ != RecordScanner::unknownSize;
-        if (got == 0 || (got < length && !sizeIsTold)) size_ = file_.octets.size();
+        const bool isShort = got < std::min(length, most_);
+        if (got == 0 || (isShort && !sizeIsTold)) size_ = file_.octets.size();
     }
 
     /// What the file holds at `offset`; empty at its end.

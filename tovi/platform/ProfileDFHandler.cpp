@@ -83,13 +83,13 @@ void ProfileDFHandler::ReadFile(ISCardOS* os, unsigned char tag, bool flag) {
     state.records.clear();
     if (os == nullptr) throw SmartcardException("no card", HERE);
     if (!isFilePath(state.path)) throw SmartcardException("invalid file path", HERE);
-    if (flag && !state.files.empty() && state.files.front().path == state.path) state.files.clear();
+    if (flag) state.files.beginReading(state.path);
 
     DirectoryFile file = readDirectoryFile(*os, state.path, ReadExtent::records);
     countRecords(file, tag);
     std::vector<Blob> records = countedRecords(file);
     if (flag) {
-        state.files.push_back(std::move(file));
+        state.files.add(std::move(file));
     } else if (tag == IGNORE_TAG) {
         records = unwrapped(std::move(records));
     }

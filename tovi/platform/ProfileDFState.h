@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "tovi/interfaces/ProfileDFHandler.h"
-#include "tovi/platform/DirectoryFile.h"
+#include "tovi/platform/DirectoryFiles.h"
 
 namespace tovi {
 
@@ -12,10 +12,7 @@ struct ProfileDFHandler::State {
     Blob application;           ///< absolute path
     Blob path;                  ///< absolute path of the file that ReadFile takes; empty: none
     std::vector<Blob> records;  ///< of the file read last
-
-    /// The files of this kind that were read to be written to, in order of reading. The index of
-    /// a record runs through the counted places of all of them.
-    std::vector<DirectoryFile> files;
+    DirectoryFiles files;       ///< those that were read to be written to
 };
 
 }  // namespace tovi

@@ -2,14 +2,16 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "tovi/card/CardFolderError.h"
 #include "tovi/interfaces/Blob.h"
-#include "tovi/interfaces/Exception.h"
 
 namespace tovi {
 
@@ -32,7 +34,7 @@ struct FileDescription {
     std::size_t recordSize = 0;       ///< linear: octets of a record, the most when variable
     Blob aid;                         ///< of a DF; empty: none
     std::optional<std::uint8_t> sfi;  ///< short identifier of an elementary file
-    AccessRule read;
+    AccessRule read;                  ///< of no effect for a DF, as is `update`
     AccessRule update;
 
     friend bool operator==(const FileDescription&, const FileDescription&) = default;
@@ -43,27 +45,12 @@ struct PinDescription {
     std::uint8_t reference = 0;  ///< P2 of VERIFY
     Blob value;
     unsigned tries = 3;
-    unsigned left = 3;  ///< tries left now, 0: blocked
+    unsigned left = 3;  ///< tries left now; 0: blocked
 
     friend bool operator==(const PinDescription&, const PinDescription&) = default;
 };
 
-/// A card folder that cannot be used. GetMessage is one of "invalid card description", "card folder
-/// not readable", "card folder not writable", "card folder in use", "card folder exists".
-class CardFolderError : public SmartcardException {
-public:
-    CardFolderError(const char* message, const char* operation, std::string text);
-    CardFolderError* Clone() const override;
-    [[noreturn]] void Throw() const override;
-
-    /// What was found where, and what was expected: "CARD:3: found 'tree', expected ...".
-    const std::string& text() const noexcept { return *text_; }
-
-private:
-    std::shared_ptr<const std::string> text_;
-};
-
-/// The text file CARD of a card folder: one file of the card or one PIN a line.
+/// The text file CARD of a card folder: one file of the card, or one PIN, a line.
 ///
 ///     # path            structure     size   options
 ///     3F00              df
@@ -72,14 +59,15 @@ private:
 ///     3F00/5015/4404    linear        20     record=64 update=pin:1
 ///     pin 1 31323334 3
 ///
-/// Structures: df, transparent, linear (records of variable size), linear-fixed. Options: aid=HEX,
-/// sfi=N, record=N, read=RULE and update=RULE with RULE always, never or pin:REF. A pin line names
-/// reference, value and tries, and `left=N` once fewer than all are left. Numbers are decimal or
-/// begin with 0x. Blank lines and lines that begin with # stay where they are through every edit.
+/// Structures: df, transparent, linear (records of variable size) and linear-fixed. Options:
+/// aid=HEX, sfi=N, record=N, read=RULE and update=RULE with RULE always, never or pin:REF. A pin
+/// line has reference, value and tries, and `left=N` when not all tries are left. Numbers are
+/// decimal or begin with 0x. Blank lines and lines that begin with # stay as they are through every
+/// edit.
 ///
 /// Bounds: 16 MiB a file, 64 MiB a card, 254 records of at most 65535 octets, 8 steps a path, 4096
-/// files, 1 MiB of text. The master file is always there; any other DF has its line above the
-/// lines of its files.
+/// files, 1 MiB of text. The master file is always there; any other DF has its line above those of
+/// its files.
 class CardDescription {
 public:
     static constexpr std::size_t maxFileSize = std::size_t{16} << 20;
@@ -87,20 +75,22 @@ public:
     static constexpr std::size_t maxTextSize = std::size_t{1} << 20;
     static constexpr std::size_t maxFiles = 4096;
     static constexpr std::size_t maxRecords = 254;
+    static constexpr std::size_t maxRecordSize = 65535;
     static constexpr std::size_t maxSteps = 8;
+    static constexpr unsigned maxTries = 15;
 
     /// A card that has a master file and nothing else, described by no line.
     CardDescription() = default;
 
     /// Reads a text. Throws CardFolderError "invalid card description", whose text() begins with
     /// `fileName` and the number of the line, counted from 1.
-    static CardDescription parse(std::string_view text, const std::string& fileName);
+    static CardDescription parse(std::string_view text, std::string_view fileName);
 
-    /// The text that parse read, as far as it was not changed since, each line with its end.
+    /// The text that parse read, with a line end at its end, and what was changed since.
     std::string text() const;
 
-    /// Adds a comment; `text` without the number sign, and without a line end.
-    void addComment(std::string_view text);
+    /// Adds a comment; `comment` without the number sign. Line ends in it become spaces.
+    void addComment(std::string_view comment);
     /// Adds a line for `file` or `pin`. Throws CardFolderError "invalid card description" when parse
     /// would not accept it there.
     void add(const FileDescription& file);
@@ -116,6 +106,7 @@ public:
 private:
     std::string reasonAgainst(const FileDescription& file) const;
     std::string reasonAgainst(const PinDescription& pin) const;
+    std::string reasonAgainstPlace(const FileDescription& file) const;
     void accept(const FileDescription& file, std::string line);
     void accept(const PinDescription& pin, std::string line);
 
@@ -123,10 +114,14 @@ private:
     std::vector<FileDescription> files_;
     std::vector<PinDescription> pins_;
     std::vector<std::size_t> pinLines_;  ///< for each PIN the index of its line
-    std::size_t contentSize_ = 0;
+    std::map<Blob, FileDescription::Kind> kinds_{{Blob{0x3F, 0x00}, FileDescription::Kind::df}};
+    std::set<Blob> aids_;
+    std::set<std::pair<Blob, std::uint8_t>> sfis_;  ///< with the path of the DF
+    bool masterFileNamed_ = false;
+    std::size_t cardSize_ = 0;
 };
 
-/// "3F00/5015/5031": a path as CARD spells it, and the name of its contents in a card folder.
+/// "3F00/5015/5031": a path as CARD spells it, and the name of the contents in a card folder.
 std::string pathName(ASN1::View path);
 
 }  // namespace tovi

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -8,11 +9,11 @@
 
 namespace tovi {
 
-/// Reading and replacing whole files of a folder, and nothing outside of it: paths are relative to
-/// the folder, and no step of them may be a symbolic link.
+/// Whole files of one folder, read and replaced. Names are relative, steps divided by `/`, and no
+/// step of them may be a symbolic link, so that nothing outside the folder is touched.
 ///
-/// Failures are reported as text, "3F00/5015/5031: No such file or directory"; empty text is
-/// success. The folder may be renamed while it is open.
+/// Failures come back as text, "3F00/5015/5031: No such file or directory"; an empty text is
+/// success.
 class FolderFiles {
 public:
     FolderFiles() = default;
@@ -20,25 +21,31 @@ public:
     FolderFiles(const FolderFiles&) = delete;
     FolderFiles& operator=(const FolderFiles&) = delete;
 
+    /// Opens the folder, which every name counts from, even when it is renamed later.
     [[nodiscard]] std::string open(const std::filesystem::path& folder);
 
-    /// Waits up to `milliseconds` until nobody else holds the folder; shared: until no writer does.
-    /// False when that did not happen. Where the file system knows no locks: true.
-    [[nodiscard]] bool lock(bool shared, unsigned milliseconds);
+    /// Waits until nobody else, shared: no writer, has the folder locked, and locks it until this
+    /// object ends. False when `patience` ran out. True where the file system has no locks.
+    [[nodiscard]] bool lock(bool shared, std::chrono::milliseconds patience);
 
-    /// Reads the regular file `name`, of at most `limit` octets.
-    [[nodiscard]] std::string read(const std::string& name, std::size_t limit, Blob& contents);
+    /// False leaves it to the operating system when written octets reach the disk: the folder is
+    /// then safe against the end of the process, and not against the end of the machine.
+    void setSync(bool sync) { sync_ = sync; }
 
-    /// Puts a file with these contents in the place of `name`: at every moment the name leads to
-    /// the old file whole or to the new one whole, also after a loss of power. Makes the folders on
-    /// the way to it.
-    [[nodiscard]] std::string replace(const std::string& name, ASN1::View contents);
+    /// Reads the regular file `name` of at most `limit` octets.
+    [[nodiscard]] std::string read(const std::string& name, std::size_t limit, Blob& contents) const;
 
-    /// True when there is anything of that name.
+    /// Puts a file with `contents` in the place of `name`, whose permissions it takes over; folders
+    /// on the way are made. At every moment `name` leads to the old file, whole, or to the new one.
+    /// A file `name`.new may be left behind when the process ends in between.
+    [[nodiscard]] std::string replace(const std::string& name, ASN1::View contents) const;
+
+    /// True when there is anything of that name directly in the folder.
     bool exists(const std::string& name) const;
 
 private:
     int folder_ = -1;
+    bool sync_ = true;
 };
 
 }  // namespace tovi

@@ -16,6 +16,7 @@ inline constexpr std::uint16_t chainingNotSupported = 0x6884;
 inline constexpr std::uint16_t wrongFileStructure = 0x6981;
 inline constexpr std::uint16_t securityNotSatisfied = 0x6982;
 inline constexpr std::uint16_t blocked = 0x6983;
+inline constexpr std::uint16_t conditionsNotSatisfied = 0x6985;
 inline constexpr std::uint16_t noCurrentFile = 0x6986;
 inline constexpr std::uint16_t wrongData = 0x6A80;
 inline constexpr std::uint16_t functionNotSupported = 0x6A81;

@@ -10,20 +10,20 @@ namespace tovi {
 
 /// Passes commands on and writes down every command and response, one line each:
 ///
-///     [     0.021 ms] > 00A4080404 50155031 00
-///     [     0.214 ms] < 620A82010180020080 9000
+///        0.021 ms > 00A40804045015503100
+///        0.214 ms < 620C8002008082010183025031 9000
 ///
-/// Time since the channel was made, direction, octets in hex, and last, apart, the status word of a
-/// response. The data of commands that carry PINs or other secrets is never shown.
+/// Time since the channel was made, direction, octets in hex, and set apart the status word of a
+/// response. The data of commands that carry PINs and other secrets is left out: `00200001 (data
+/// hidden)`. A failure of the channel is a line with `!` and its message.
 class TraceChannel final : public ICardChannel {
 public:
-    using Sink = std::function<void(const std::string& line)>;  ///< line without line end
+    using Sink = std::function<void(const std::string& line)>;  ///< without line end
     using Clock = std::function<std::chrono::nanoseconds()>;
 
-    /// `channel` must outlive this object. Without a `clock` the steady clock is read.
+    /// `channel` must outlive this object. Without `clock` the steady clock is read.
     TraceChannel(ICardChannel& channel, Sink sink, Clock clock = {});
 
-    /// A failure of the inner channel is written down as `! ` and its message, and passed on.
     Blob transmit(const Blob& command) override;
 
 private:

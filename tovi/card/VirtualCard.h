@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "tovi/card/Apdu.h"
 #include "tovi/card/ICardChannel.h"
@@ -13,15 +14,15 @@ namespace tovi {
 
 /// How a virtual card behaves where the standard leaves a choice.
 struct VirtualCardSettings {
-    bool extendedLength = true;    ///< understands extended length fields, else 6700
-    bool commandChaining = true;   ///< understands CLA 10, else 6884
-    bool selectByPath = true;      ///< P1 08 and 09 of SELECT, else 6A86
-    bool oddInstructions = true;   ///< READ, UPDATE, ERASE BINARY with data objects, else 6D00
-    bool fileControl = true;       ///< SELECT returns FCP or FCI when asked, else nothing
-    bool useGetResponse = false;   ///< response data stays behind 61XX, as with protocol T=0
-    bool exactLength = false;      ///< 6CXX, and no data, when Le is more than there is
-    bool lengthAtEnd = false;      ///< 6700 for a read that goes past the end of the file
-    std::size_t maxResponse = 65536;  ///< octets in one response, the rest behind 61XX
+    bool extendedLength = true;   ///< understands extended length fields, else 6700
+    bool commandChaining = true;  ///< understands CLA 10, else 6884
+    bool selectByPath = true;     ///< P1 08 and 09 of SELECT, else 6A86
+    bool oddInstructions = true;  ///< READ, UPDATE, ERASE BINARY with data objects, else 6D00
+    bool fileControl = true;      ///< SELECT returns FCP or FCI when asked, else nothing
+    bool useGetResponse = false;  ///< all response data stays behind 61XX, as with protocol T=0
+    bool exactLength = false;     ///< 6CXX, and no data, when Le is more than there is
+    bool lengthAtEnd = false;     ///< 6700 for a READ BINARY that goes past the end of the file
+    std::size_t maxResponse = 65536;  ///< octets in one response, at least 1; the rest behind 61XX
 };
 
 /// A card in memory: DFs, transparent and linear elementary files, PINs, and the commands of
@@ -30,10 +31,11 @@ struct VirtualCardSettings {
 /// SELECT (by FID, child DF, EF, parent, AID, path from the master file or the current DF; FCI, FCP
 /// or no data), READ, UPDATE and ERASE BINARY, READ, UPDATE, APPEND and ERASE RECORD, VERIFY, GET
 /// RESPONSE. A command is performed wholly or not at all. Copying gives a second card with the same
-/// contents and state and no storage.
+/// contents and state, which stores nothing.
 ///
 /// A write that begins inside a transparent file and ends behind it is refused with 6A84, since
-/// more space is what it lacks; one that begins behind it with 6B00, as a read there is.
+/// more space is what it lacks; one that begins behind it with 6B00, as a read there is. A read at
+/// the end with Le of nought (all there is) gets 9000, with another Le 6282.
 class VirtualCard {
 public:
     VirtualCard() = default;
@@ -42,9 +44,11 @@ public:
 
     /// Adds an empty file; see VirtualFileSystem::add.
     VirtualFile& add(const FileDescription& description) { return files_.add(description); }
+    /// Adds a PIN or replaces the one with that reference.
     void add(const PinDescription& pin) { pins_.add(pin); }
 
-    /// Shortcuts for the usual files. `path` is absolute; `contents` go to the front of the file.
+    /// Shortcuts for the usual files. `path` is absolute; `contents` go to the front of the file,
+    /// and what does not fit is left out.
     VirtualFile& addFolder(const Blob& path, const Blob& aid = {});
     VirtualFile& addTransparent(const Blob& path, std::size_t size, const Blob& contents = {});
     VirtualFile& addLinear(const Blob& path, FileDescription::Kind kind, std::size_t recordSize,
@@ -66,43 +70,50 @@ public:
     Blob process(const Blob& command);
 
 private:
-    /// A file and what a record command points at in it.
-    struct Range {
+    /// Records of a file, counted from 0; `last` is one behind.
+    struct RecordRange {
         std::size_t first = 0;
-        std::size_t last = 0;  ///< one behind
+        std::size_t last = 0;
     };
 
+    // What stands between a command and its performance (VirtualCard.cpp).
     ResponseApdu perform(const CommandApdu& command);
-    ResponseApdu dispatch(const CommandApdu& command);
     ResponseApdu chain(const CommandApdu& command);
-    ResponseApdu limit(ResponseApdu response, std::size_t expected);
+    ResponseApdu dispatch(const CommandApdu& command);
+    ResponseApdu deliver(ResponseApdu response, std::size_t expected);
     ResponseApdu getResponse(const CommandApdu& command);
     ResponseApdu verify(const CommandApdu& command);
+    void makeCurrent(VirtualFile& file);
 
+    // SELECT (VirtualCardSelect.cpp).
     ResponseApdu select(const CommandApdu& command);
-    ResponseApdu selectByName(const CommandApdu& command);
-    VirtualFile* findByIdentifier(std::uint16_t fid);
-    std::uint16_t findSelected(const CommandApdu& command, VirtualFile*& file);
-    ResponseApdu selected(VirtualFile& file, std::uint8_t p2);
+    VirtualFile* findForSelect(const CommandApdu& command, std::uint16_t& status);
+    VirtualFile* findByIdentifier(ASN1::View identifier);
+    VirtualFile* findByPath(const VirtualFile& from, ASN1::View path);
+    VirtualFile* findByName(ASN1::View name, std::uint8_t occurrence);
 
-    std::uint16_t binaryTarget(const CommandApdu& command, VirtualFile*& file, std::size_t& offset);
-    std::uint16_t oddTarget(const CommandApdu& command, VirtualFile*& file, std::size_t& offset);
+    // Transparent files (VirtualCardBinary.cpp). The targets return a status word.
+    std::uint16_t evenTarget(const CommandApdu& command, std::size_t& offset);
+    std::uint16_t oddTarget(const CommandApdu& command);
     ResponseApdu readBinary(const CommandApdu& command);
     ResponseApdu readBinaryOdd(const CommandApdu& command);
-    ResponseApdu readFrom(const VirtualFile& file, std::size_t offset, std::size_t expected,
-                          bool wholeRest);
+    ResponseApdu readAt(std::size_t offset, std::size_t expected, bool allThereIs);
     ResponseApdu updateBinary(const CommandApdu& command);
     ResponseApdu updateBinaryOdd(const CommandApdu& command);
     ResponseApdu eraseBinary(const CommandApdu& command);
-    std::uint16_t overwrite(VirtualFile& file, std::size_t offset, ASN1::View octets);
+    ResponseApdu eraseBinaryOdd(const CommandApdu& command);
+    ResponseApdu erase(std::size_t first, std::size_t last);
+    ResponseApdu overwrite(std::size_t offset, ASN1::View octets);
 
-    std::uint16_t recordTarget(std::uint8_t sfi, VirtualFile*& file);
-    std::uint16_t recordRange(const CommandApdu& command, const VirtualFile& file, Range& range);
+    // Linear files (VirtualCardRecord.cpp). The targets return a status word.
+    std::uint16_t recordFile(const CommandApdu& command);
+    std::uint16_t recordTarget(const CommandApdu& command, RecordRange& range);
     ResponseApdu readRecord(const CommandApdu& command);
     ResponseApdu updateRecord(const CommandApdu& command);
     ResponseApdu appendRecord(const CommandApdu& command);
     ResponseApdu eraseRecord(const CommandApdu& command);
-    std::uint16_t storeRecords(VirtualFile& file, std::vector<Blob> records);
+    ResponseApdu replaceRecords(std::vector<Blob> records);
+    std::uint16_t unfit(const Blob& record) const;
 
     VirtualFileSystem files_;
     VirtualPins pins_;
@@ -110,10 +121,10 @@ private:
     VirtualCardStorage* storage_ = nullptr;
 
     VirtualFile* folder_ = &files_.masterFile();
-    VirtualFile* file_ = nullptr;
-    std::size_t record_ = 0;  ///< current record, counted from 1; 0: none
-    Blob waiting_;            ///< response data behind 61XX
-    CommandApdu chained_;     ///< the commands of an unfinished chain put together
+    VirtualFile* file_ = nullptr;  ///< null: no elementary file is current
+    std::size_t record_ = 0;       ///< the current record, counted from 1; 0: none
+    ResponseApdu waiting_;         ///< what stays behind 61XX
+    CommandApdu chained_;          ///< the commands of an unfinished chain put together
     bool inChain_ = false;
 };
 

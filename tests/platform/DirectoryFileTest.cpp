@@ -121,6 +121,13 @@ TEST(DirectoryFile, ShorterThanToldEndsWhereNothingComes) {
     EXPECT_TRUE(reading.read().isWhole);
 }
 
+TEST(DirectoryFile, OfToldSizeIsReadOnAfterAShortResponse) {
+    Reading reading(transparentFile(record(600)));
+    reading.card.mostSent = 100;
+    EXPECT_EQ(reading.records(), Records{record(600)});
+    EXPECT_EQ(reading.card.reads, 7u);
+}
+
 TEST(DirectoryFile, StopsAtTheRestOfAResponseThatIsPaddingOf64Octets) {
     for (const std::uint8_t padding : Blob{0x00, 0xFF}) {
         Reading reading(transparentFile(record(188) + times(64, padding) + times(500, padding)));
@@ -154,6 +161,12 @@ TEST(DirectoryFile, StopsInPaddingThatBeganInAnEarlierResponse) {
     Reading reading(transparentFile(record(250) + times(3000, 0x00)));
     EXPECT_EQ(reading.records(), Records{record(250)});
     EXPECT_EQ(reading.card.reads, 2u);
+}
+
+TEST(DirectoryFile, GoesOnWhenResponsesAreTooShortForThePaddingThatStops) {
+    Reading reading(transparentFile(record(16) + times(300, 0x00) + record(20)));
+    reading.card.mostRead = 63;
+    EXPECT_EQ(reading.records(), (Records{record(16), record(20)}));
 }
 
 TEST(DirectoryFile, OfUnknownSizeStopsInPaddingToo) {

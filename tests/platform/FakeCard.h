@@ -48,6 +48,7 @@ public:
 
     std::map<Blob, FakeFile> files;
     std::size_t mostRead = 256;
+    std::size_t mostSent = 65536;  ///< though mostRead were asked for
     AtEnd atEnd = AtEnd::whatIsThere;
     std::int64_t endCode = statusWordCode + 0x6B00;  ///< refusal of a read behind the end
     std::int64_t cutCode = statusWordCode + 0x6282;  ///< refusal of a read that passes the end
@@ -83,7 +84,8 @@ public:
         if (offset >= size && atEnd == AtEnd::refusal) refuse(endCode);
         if (offset >= size) return {};
         if (length > size - offset && atEnd == AtEnd::refusal) refuse(cutCode);
-        return sent(ASN1::View(file_->octets).subspan(offset, std::min(length, size - offset)));
+        const std::size_t count = std::min({length, size - offset, mostSent});
+        return sent(ASN1::View(file_->octets).subspan(offset, count));
     }
 
     Blob readRecord(std::size_t number) override {

@@ -84,6 +84,9 @@ TEST(RecordScanner, TellsAnErasedRecordOf48OctetsFromPaddingBeforeASequence) {
     EXPECT_EQ(scanRecords(Blob{0x00} + recordOf48()),
               (Entries{{Kind::padding, 0, 1}, {Kind::record, 1, 50}}))
         << "here the octets begin 00 30 30 30";
+    const Blob tokenInfo = Blob{0x30, 0x33, 0x02, 0x01} + times(49, 0x00);
+    EXPECT_EQ(scanRecords(Blob{0x00} + tokenInfo),
+              (Entries{{Kind::padding, 0, 1}, {Kind::record, 1, 53}}));
 }
 
 TEST(RecordScanner, TakesZeroBeforeALengthThatDoesNotFitForPadding) {
@@ -159,7 +162,8 @@ TEST(RecordScanner, NeedsNothingBehindStaleOctets) {
 
 TEST(RecordScanner, FindsTheSameHoweverTheFileComes) {
     const Blob file = shortRecord + erased(recordOf48()) + Blob{0x00, 0xFF} + recordOf48() +
-                      Blob{0x00, 0x02, 0x30, 0x00, 0x00} + shortRecord + Blob{0x30, 0x82, 0x01};
+                      Blob{0x00, 0x02, 0x30, 0x00, 0x00} + shortRecord +
+                      Blob{0x00, 0x82, 0x00, 0x03, 0x30, 0x01, 0x55} + Blob{0x30, 0x82, 0x01};
     for (std::size_t step = 1; step <= file.size(); ++step) {
         RecordScanner scanner;
         for (std::size_t read = 0; read < file.size(); read += step)
@@ -179,6 +183,7 @@ TEST(RecordScanner, TellsWherePaddingOfOneValueBegins) {
     EXPECT_EQ(paddingOf(shortRecord + times(5, 0xFF)), 4u);
     EXPECT_EQ(paddingOf(shortRecord + Blob{0x00} + times(5, 0xFF)), std::nullopt);
     EXPECT_EQ(paddingOf(shortRecord + times(5, 0xFF) + Blob{0x00}), std::nullopt);
+    EXPECT_EQ(paddingOf(Blob{0x00, 0xFF} + shortRecord + times(5, 0xFF)), 6u);
     EXPECT_EQ(paddingOf(shortRecord), std::nullopt);
     EXPECT_EQ(paddingOf(Blob{0x30, 0x7F} + times(5, 0x00)), std::nullopt) << "inside a record";
     EXPECT_EQ(paddingOf(times(5, 0x00) + Blob{0x30}), std::nullopt);

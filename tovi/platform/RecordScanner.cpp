@@ -10,7 +10,6 @@ namespace {
 using Kind = FileEntry::Kind;
 
 constexpr std::uint8_t sequenceTag = 0x30;
-constexpr std::uint8_t firstContextTag = 0xA0;
 
 /// Whether `rest`, 00 30 ..., is an erased record of 48 octets rather than padding before a live
 /// SEQUENCE. The contents of every record begin with the 30 of the common attributes, and what is
@@ -46,11 +45,12 @@ RecordScanner::Step RecordScanner::step(ASN1::View rest, std::size_t room) {
 RecordScanner::Step RecordScanner::atZero(ASN1::View rest, std::size_t room) {
     const bool wholeFile = rest.size() == room;
     if (rest.size() < 2) return wholeFile ? filler(0) : Step::moreNeeded;
-    if (isPadding(rest[1]) || rest[1] >= firstContextTag) return filler(0);
+    if (rest[1] == 0x00) return filler(0);
     if (rest[1] == sequenceTag) {
         if (rest.size() < 4 && !wholeFile) return Step::moreNeeded;
         if (!isErased48(rest)) return filler(0);
     }
+    // The tags of live records, A0 and above, and FF are no lengths.
     const TlvHeader length = readLength(rest.subspan(1));
     if (length.state == TlvHeader::State::cut && !wholeFile) return Step::moreNeeded;
     if (length.state != TlvHeader::State::complete) return filler(0);

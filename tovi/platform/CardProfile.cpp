@@ -1,7 +1,6 @@
 #include "tovi/interfaces/CardProfile.h"
 
-#include <algorithm>
-
+#include "tovi/pkcs15/PKCS15Objects.h"
 #include "tovi/records/PKCS15Object.h"
 
 namespace tovi {
@@ -20,6 +19,15 @@ void getFID(PKCS15Object& object) {
     const Blob& path = object.path.path;
     const std::size_t size = path.size();
     object.fid = size < 2 ? noFID : std::uint64_t{path[size - 2]} << 8 | path[size - 1];
+}
+
+bool getPath(const PKCS15::PKCS15Objects& entry, Blob& path, int choice) {
+    if (entry.selection() != static_cast<std::size_t>(choice)) return false;
+    const PKCS15::Path* file = PKCS15::filePath(entry);
+    // ISO/IEC 7816-15 has forms of a path without octets; they name no file that can be selected.
+    if (file == nullptr || file->efidOrPath.empty()) return false;
+    path = file->efidOrPath;
+    return true;
 }
 
 }  // namespace tovi

@@ -143,8 +143,8 @@ void CardDescription::add(const PinDescription& pin) {
 }
 
 std::string CardDescription::reasonAgainst(const FileDescription& file) const {
-    for (const std::string& reason : {reasonAgainstPath(file.path), reasonAgainstSizes(file),
-                                      reasonAgainstNames(file)})
+    for (const std::string& reason :
+         {reasonAgainstPath(file.path), reasonAgainstSizes(file), reasonAgainstNames(file)})
         if (!reason.empty()) return reason;
     if (files_.size() == maxFiles)
         return expected("at most " + std::to_string(maxFiles) + " files");

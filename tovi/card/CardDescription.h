@@ -91,8 +91,8 @@ public:
 
     /// Adds a comment; `comment` without the number sign. Line ends in it become spaces.
     void addComment(std::string_view comment);
-    /// Adds a line for `file` or `pin`. Throws CardFolderError "invalid card description" when parse
-    /// would not accept it there.
+    /// Adds a line for `file` or `pin`. Throws CardFolderError "invalid card description" when
+    /// parse would not accept it there.
     void add(const FileDescription& file);
     void add(const PinDescription& pin);
 

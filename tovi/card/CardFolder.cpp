@@ -18,8 +18,7 @@ constexpr const char* createOperation = "CardFolder::create";
 
 void refuseIf(const std::string& reason, const char* message, const char* operation,
               const std::filesystem::path& folder) {
-    if (!reason.empty())
-        throw CardFolderError(message, operation, folder.string() + "/" + reason);
+    if (!reason.empty()) throw CardFolderError(message, operation, folder.string() + "/" + reason);
 }
 
 ASN1::View octetsOf(const std::string& text) {

@@ -48,9 +48,9 @@ public:
     /// begun and not finished is no card folder. `contents` go by name, "3F00/5015/5031"; files
     /// without are empty.
     ///
-    /// Throws CardFolderError "card folder exists" when the folder has a CARD, "card folder in use",
-    /// "card folder not writable", or "invalid card description" for contents that have no file or
-    /// do not fit into it.
+    /// Throws CardFolderError "card folder exists" when the folder has a CARD, "card folder in
+    /// use", "card folder not writable", or "invalid card description" for contents that have no
+    /// file or do not fit into it.
     static void create(const std::filesystem::path& folder, const CardDescription& description,
                        const std::map<std::string, FileContents>& contents = {});
 

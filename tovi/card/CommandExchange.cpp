@@ -26,9 +26,8 @@ CommandExchange::CommandExchange(ICardChannel& channel, const CardCapabilities& 
       chaining_(capabilities.commandChaining),
       maxRead_(limited(extended_ ? CommandApdu::extendedExpected : CommandApdu::shortExpected,
                        capabilities.maxRead)),
-      maxWrite_(limited(
-          extended_ || chaining_ ? CommandApdu::extendedData : CommandApdu::shortData,
-          capabilities.maxWrite)) {}
+      maxWrite_(limited(extended_ || chaining_ ? CommandApdu::extendedData : CommandApdu::shortData,
+                        capabilities.maxWrite)) {}
 
 ResponseApdu CommandExchange::send(const CommandApdu& command, const char* operation) {
     if (command.data.size() > CommandApdu::shortData && !extended_)

@@ -36,25 +36,35 @@ void parseDescriptor(ASN1::View value, FileControl& control) {
     if (value.size() < 3) return;
     const std::size_t width = value.size() == 3 ? 1 : 2;
     control.recordSize = number(value.subspan(2, width));
-    if (value.size() > 4) control.recordCount = number(value.subspan(4).first(
-        std::min<std::size_t>(2, value.size() - 4)));
+    if (value.size() > 4)
+        control.recordCount =
+            number(value.subspan(4).first(std::min<std::size_t>(2, value.size() - 4)));
 }
 
 void parseMember(const BerTlv& member, FileControl& control) {
     switch (member.tag) {
-        case 0x80: control.dataSize = size(member.value); break;
-        case 0x81: control.allocatedSize = size(member.value); break;
-        case 0x82: parseDescriptor(member.value, control); break;
+        case 0x80:
+            control.dataSize = size(member.value);
+            break;
+        case 0x81:
+            control.allocatedSize = size(member.value);
+            break;
+        case 0x82:
+            parseDescriptor(member.value, control);
+            break;
         case 0x83:
             if (member.value.size() == 2)
                 control.fid = static_cast<std::uint16_t>(number(member.value));
             break;
-        case 0x84: control.name = Blob(member.value); break;
+        case 0x84:
+            control.name = Blob(member.value);
+            break;
         case 0x88:
             if (member.value.size() == 1)
                 control.sfi = static_cast<std::uint8_t>(member.value[0] >> 3);
             break;
-        default: break;
+        default:
+            break;
     }
 }
 
@@ -72,12 +82,16 @@ FileStructure structure(const FileControl& control) {
     if ((descriptor & 0xB8) == folderDescriptor) return FileStructure::other;
     switch (descriptor & 0x07) {
         case 0:
-        case 1: return FileStructure::transparent;
+        case 1:
+            return FileStructure::transparent;
         case 2:
-        case 3: return FileStructure::linearFixed;
+        case 3:
+            return FileStructure::linearFixed;
         case 4:
-        case 5: return FileStructure::linearVariable;
-        default: return FileStructure::other;
+        case 5:
+            return FileStructure::linearVariable;
+        default:
+            return FileStructure::other;
     }
 }
 
@@ -129,10 +143,14 @@ FileInfo FileControl::info() const {
 
 std::uint8_t fileDescriptor(FileStructure structure) {
     switch (structure) {
-        case FileStructure::transparent: return 0x01;
-        case FileStructure::linearFixed: return 0x02;
-        case FileStructure::linearVariable: return 0x04;
-        default: return folderDescriptor;
+        case FileStructure::transparent:
+            return 0x01;
+        case FileStructure::linearFixed:
+            return 0x02;
+        case FileStructure::linearVariable:
+            return 0x04;
+        default:
+            return folderDescriptor;
     }
 }
 

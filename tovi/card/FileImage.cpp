@@ -44,9 +44,12 @@ std::string decodeRecords(ASN1::View image, const FileDescription& file,
 
 std::size_t largestImage(const FileDescription& file) {
     switch (file.kind) {
-        case Kind::df: return 0;
-        case Kind::transparent: return file.size;
-        default: return file.size * (file.recordSize + recordHeader);
+        case Kind::df:
+            return 0;
+        case Kind::transparent:
+            return file.size;
+        default:
+            return file.size * (file.recordSize + recordHeader);
     }
 }
 

@@ -34,17 +34,18 @@ bool refusesForm(std::uint16_t status) {
         case StatusWord::wrongParameters:
         case StatusWord::lengthAgainstParameters:
         case StatusWord::wrongOffset:
-        case StatusWord::unknownInstruction: return true;
-        default: return false;
+        case StatusWord::unknownInstruction:
+            return true;
+        default:
+            return false;
     }
 }
 
 }  // namespace
 
 const FileSelector::Form FileSelector::forms_[] = {
-    {true, fileControlParameters},  {true, fileControlInformation},
-    {false, fileControlParameters}, {false, fileControlInformation},
-    {true, noResponseData},         {false, noResponseData},
+    {true, fileControlParameters},   {true, fileControlInformation}, {false, fileControlParameters},
+    {false, fileControlInformation}, {true, noResponseData},         {false, noResponseData},
 };
 
 ResponseApdu FileSelector::selectApplication(const Blob& aid, std::uint8_t p2,
@@ -85,8 +86,7 @@ ResponseApdu FileSelector::selectBelowApplication(ASN1::View steps, const char* 
     return attempt();
 }
 
-ResponseApdu FileSelector::selectInAnyForm(ASN1::View steps, bool absolute,
-                                           const char* operation) {
+ResponseApdu FileSelector::selectInAnyForm(ASN1::View steps, bool absolute, const char* operation) {
     ResponseApdu response;
     for (std::size_t form = form_; form < std::size(forms_); ++form) {
         const auto [wholePath, p2] = forms_[form];
@@ -122,8 +122,7 @@ ResponseApdu FileSelector::send(std::uint8_t p1, std::uint8_t p2, ASN1::View dat
     command.p1 = p1;
     command.p2 = p2;
     command.data = Blob(data);
-    command.expected =
-        (p2 & noResponseData) == noResponseData ? 0 : CommandApdu::shortExpected;
+    command.expected = (p2 & noResponseData) == noResponseData ? 0 : CommandApdu::shortExpected;
     return exchange_.send(command, operation);
 }
 

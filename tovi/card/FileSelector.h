@@ -39,10 +39,10 @@ private:
     ResponseApdu send(std::uint8_t p1, std::uint8_t p2, ASN1::View data, const char* operation);
 
     CommandExchange& exchange_;
-    std::size_t form_ = 0;           ///< index of the form that worked last
-    Blob aid_;                       ///< of the application selected last
-    bool belowApplication_ = true;   ///< its DF is the current DF, as far as known
-    bool freshlySelected_ = false;   ///< and nothing was selected since
+    std::size_t form_ = 0;          ///< index of the form that worked last
+    Blob aid_;                      ///< of the application selected last
+    bool belowApplication_ = true;  ///< its DF is the current DF, as far as known
+    bool freshlySelected_ = false;  ///< and nothing was selected since
 };
 
 }  // namespace tovi

@@ -141,8 +141,8 @@ std::string FolderFiles::read(const std::string& name, std::size_t limit, Blob& 
     if (std::string reason = openParent(folder_, name, false, folder, last); !reason.empty())
         return reason;
     // Without O_NONBLOCK a pipe would make this wait for a writer.
-    const Descriptor file(::openat(folder.get(), last.c_str(),
-                                   O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const Descriptor file(
+        ::openat(folder.get(), last.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!file.isOpen()) return failureAt(folder.get(), last, name);
     struct stat status {};
     if (::fstat(file.get(), &status) != 0) return failure(name, errno);

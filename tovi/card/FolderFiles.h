@@ -33,7 +33,8 @@ public:
     void setSync(bool sync) { sync_ = sync; }
 
     /// Reads the regular file `name` of at most `limit` octets.
-    [[nodiscard]] std::string read(const std::string& name, std::size_t limit, Blob& contents) const;
+    [[nodiscard]] std::string read(const std::string& name, std::size_t limit,
+                                   Blob& contents) const;
 
     /// Puts a file with `contents` in the place of `name`, whose permissions it takes over; folders
     /// on the way are made. At every moment `name` leads to the old file, whole, or to the new one.

@@ -140,7 +140,8 @@ void ISO7816CardOS::readToEnd(std::size_t offset, std::size_t length, Blob& octe
         step = std::max<std::size_t>(1, step / 2);
     }
     const bool whole = endFound && offset + octets.size() != 0;
-    if (!whole && octets.size() < length) refuse(readMessage, readOperation, StatusWord::wrongLength);
+    if (!whole && octets.size() < length)
+        refuse(readMessage, readOperation, StatusWord::wrongLength);
 }
 
 ResponseApdu ISO7816CardOS::readChunk(std::size_t offset, std::size_t length) {

@@ -30,8 +30,10 @@ bool carriesSecret(std::uint8_t ins) {
         case 0x26:
         case 0x28:
         case 0x2C:
-        case 0x82: return true;
-        default: return false;
+        case 0x82:
+            return true;
+        default:
+            return false;
     }
 }
 

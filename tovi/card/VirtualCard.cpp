@@ -42,8 +42,7 @@ VirtualFile& VirtualCard::addFolder(const Blob& path, const Blob& aid) {
     return add(description);
 }
 
-VirtualFile& VirtualCard::addTransparent(const Blob& path, std::size_t size,
-                                         const Blob& contents) {
+VirtualFile& VirtualCard::addTransparent(const Blob& path, std::size_t size, const Blob& contents) {
     FileDescription description;
     description.path = path;
     description.kind = FileDescription::Kind::transparent;
@@ -102,7 +101,8 @@ ResponseApdu VirtualCard::chain(const CommandApdu& command) {
     } else {
         chained_.data.append(command.data);
     }
-    inChain_ = (command.cla & chainingBit) != 0 && chained_.data.size() <= CommandApdu::extendedData;
+    inChain_ =
+        (command.cla & chainingBit) != 0 && chained_.data.size() <= CommandApdu::extendedData;
     if (chained_.data.size() > CommandApdu::extendedData) return only(StatusWord::wrongLength);
     if (inChain_) return only(StatusWord::success);
     chained_.expected = command.expected;
@@ -112,15 +112,24 @@ ResponseApdu VirtualCard::chain(const CommandApdu& command) {
 ResponseApdu VirtualCard::dispatch(const CommandApdu& command) {
     const bool odd = settings_.oddInstructions;
     switch (command.ins) {
-        case Instruction::select: return select(command);
-        case Instruction::verify: return verify(command);
-        case Instruction::readBinary: return readBinary(command);
-        case Instruction::updateBinary: return updateBinary(command);
-        case Instruction::eraseBinary: return eraseBinary(command);
-        case Instruction::readRecord: return readRecord(command);
-        case Instruction::updateRecord: return updateRecord(command);
-        case Instruction::appendRecord: return appendRecord(command);
-        case Instruction::eraseRecord: return eraseRecord(command);
+        case Instruction::select:
+            return select(command);
+        case Instruction::verify:
+            return verify(command);
+        case Instruction::readBinary:
+            return readBinary(command);
+        case Instruction::updateBinary:
+            return updateBinary(command);
+        case Instruction::eraseBinary:
+            return eraseBinary(command);
+        case Instruction::readRecord:
+            return readRecord(command);
+        case Instruction::updateRecord:
+            return updateRecord(command);
+        case Instruction::appendRecord:
+            return appendRecord(command);
+        case Instruction::eraseRecord:
+            return eraseRecord(command);
         case Instruction::readBinaryOdd:
             if (odd) return readBinaryOdd(command);
             break;
@@ -130,7 +139,8 @@ ResponseApdu VirtualCard::dispatch(const CommandApdu& command) {
         case Instruction::eraseBinaryOdd:
             if (odd) return eraseBinaryOdd(command);
             break;
-        default: break;
+        default:
+            break;
     }
     return only(StatusWord::unknownInstruction);
 }

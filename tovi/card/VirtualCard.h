@@ -14,14 +14,14 @@ namespace tovi {
 
 /// How a virtual card behaves where the standard leaves a choice.
 struct VirtualCardSettings {
-    bool extendedLength = true;   ///< understands extended length fields, else 6700
-    bool commandChaining = true;  ///< understands CLA 10, else 6884
-    bool selectByPath = true;     ///< P1 08 and 09 of SELECT, else 6A86
-    bool oddInstructions = true;  ///< READ, UPDATE, ERASE BINARY with data objects, else 6D00
-    bool fileControl = true;      ///< SELECT returns FCP or FCI when asked, else nothing
-    bool useGetResponse = false;  ///< all response data stays behind 61XX, as with protocol T=0
-    bool exactLength = false;     ///< 6CXX, and no data, when Le is more than there is
-    bool lengthAtEnd = false;     ///< 6700 for a READ BINARY that goes past the end of the file
+    bool extendedLength = true;       ///< understands extended length fields, else 6700
+    bool commandChaining = true;      ///< understands CLA 10, else 6884
+    bool selectByPath = true;         ///< P1 08 and 09 of SELECT, else 6A86
+    bool oddInstructions = true;      ///< READ, UPDATE, ERASE BINARY with data objects, else 6D00
+    bool fileControl = true;          ///< SELECT returns FCP or FCI when asked, else nothing
+    bool useGetResponse = false;      ///< all response data stays behind 61XX, as with protocol T=0
+    bool exactLength = false;         ///< 6CXX, and no data, when Le is more than there is
+    bool lengthAtEnd = false;         ///< 6700 for a READ BINARY that goes past the end of the file
     std::size_t maxResponse = 65536;  ///< octets in one response, at least 1; the rest behind 61XX
 };
 

@@ -65,8 +65,7 @@ ResponseApdu VirtualCard::readRecord(const CommandApdu& command) {
     if (!pins_.allows(file_->description.read)) return only(StatusWord::securityNotSatisfied);
     if (!command.data.empty() || command.expected == 0) return only(StatusWord::wrongLength);
     ResponseApdu response;
-    for (std::size_t i = range.first; i < range.last; ++i)
-        response.data.append(file_->records[i]);
+    for (std::size_t i = range.first; i < range.last; ++i) response.data.append(file_->records[i]);
     const std::size_t all =
         command.extended ? CommandApdu::extendedExpected : CommandApdu::shortExpected;
     const std::size_t size = response.data.size();

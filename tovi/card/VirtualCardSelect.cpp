@@ -24,10 +24,14 @@ std::uint16_t number(ASN1::View identifier) {
 
 FileStructure structure(FileDescription::Kind kind) {
     switch (kind) {
-        case FileDescription::Kind::transparent: return FileStructure::transparent;
-        case FileDescription::Kind::linearFixed: return FileStructure::linearFixed;
-        case FileDescription::Kind::linearVariable: return FileStructure::linearVariable;
-        default: return FileStructure::other;
+        case FileDescription::Kind::transparent:
+            return FileStructure::transparent;
+        case FileDescription::Kind::linearFixed:
+            return FileStructure::linearFixed;
+        case FileDescription::Kind::linearVariable:
+            return FileStructure::linearVariable;
+        default:
+            return FileStructure::other;
     }
 }
 
@@ -93,7 +97,8 @@ VirtualFile* VirtualCard::findForSelect(const CommandApdu& command, std::uint16_
             if (data.empty() || data.size() % 2 != 0)
                 return refuse(StatusWord::lengthAgainstParameters);
             return findByPath(command.p1 == 0x08 ? files_.masterFile() : *folder_, data);
-        default: break;
+        default:
+            break;
     }
     return refuse(StatusWord::wrongParameters);
 }

@@ -44,7 +44,8 @@ VirtualFileSystem& VirtualFileSystem::operator=(const VirtualFileSystem& other) 
 
 VirtualFile& VirtualFileSystem::add(const FileDescription& description) {
     const ASN1::View path = description.path;
-    if (description.path == masterFile().description.path && description.kind == VirtualFile::Kind::df) {
+    if (description.path == masterFile().description.path &&
+        description.kind == VirtualFile::Kind::df) {
         masterFile().description = description;
         return masterFile();
     }

@@ -47,8 +47,7 @@ void VirtualPins::setLeft(Pin& pin, unsigned left, VirtualCardStorage* storage) 
 std::uint16_t VirtualPins::state(std::uint8_t reference) const {
     const auto found = pins_.find(reference);
     if (found == pins_.end()) return StatusWord::referenceNotFound;
-    return found->second.verified ? StatusWord::success
-                                  : withTries(found->second.description.left);
+    return found->second.verified ? StatusWord::success : withTries(found->second.description.left);
 }
 
 void VirtualPins::reset() {

@@ -7,17 +7,15 @@
 
 namespace ASN1 {
 
+/// Types that have a description.
 template <class T>
-concept Described = requires {
-    { TypeOf<std::remove_const_t<T>>::value } -> std::convertible_to<const Type*>;
-};
+concept Described = requires { TypeOf<std::remove_const_t<T>>::value; };
 
 /// A value of some described type, for operations that work on all of them. Made from any such value; does
 /// not own it, so it must not outlive it.
 class AbstractData {
 public:
-    template <class T>
-        requires(!std::is_same_v<std::remove_const_t<T>, AbstractData> && Described<T>)
+    template <Described T>
     AbstractData(T& value)
         : AbstractData(*TypeOf<std::remove_const_t<T>>::value, &value) {}
     AbstractData(const Type& type, const void* value)

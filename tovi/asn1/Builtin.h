@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <vector>
 
 #include "tovi/asn1/BitString.h"
@@ -98,7 +99,12 @@ inline constexpr Type openType{.name = "ANY",
 
 /// The description of a C++ type. Types of a module carry theirs as a static member `type`.
 template <class T>
-struct TypeOf {
+struct TypeOf;
+template <class T>
+    requires requires {
+        { &T::type } -> std::same_as<const Type*>;
+    }
+struct TypeOf<T> {
     static constexpr const Type* value = &T::type;
 };
 template <> struct TypeOf<bool> { static constexpr const Type* value = &booleanType; };

@@ -14,7 +14,7 @@ enum class Rest { nothing, anything };
 bool decode(View input, AbstractData value, Error& error, Rest rest = Rest::nothing);
 
 /// The same for a type known to the compiler, without a detour over the heap.
-template <class T>
+template <Described T>
 bool decode(View input, T& value, Error& error, Rest rest = Rest::nothing);
 
 /// Writes the DER encoding of `value` into `out`. False, and `out` as it was, when a CHOICE has nothing
@@ -30,7 +30,7 @@ bool isValid(AbstractData value);
 /// Decodes into a fresh value, which a failure leaves half filled.
 bool decodeFresh(View input, const Type& type, void* fresh, Error& error, Rest rest);
 
-template <class T>
+template <Described T>
 bool decode(View input, T& value, Error& error, Rest rest) {
     T fresh;
     if (!decodeFresh(input, *TypeOf<T>::value, &fresh, error, rest)) return false;

@@ -97,6 +97,18 @@ private:
     View unknown_;  ///< unknown elements since the last known one
 };
 
+/// The alternative with the element's tag; without one the open type or the "..." of the CHOICE.
+const Member* findAlternative(const Type& type, const Element& element) {
+    const Member* takesRest = nullptr;
+    for (const Member& member : type.members) {
+        if (member.isExtension() || (member.tag.isNone() && member.type->kind == Kind::open))
+            takesRest = &member;
+        else if (member.begins(element.tag, element.constructed))
+            return &member;
+    }
+    return takesRest;
+}
+
 bool decodeExplicit(const Member& member, const Element& element, void* value, Reader& in) {
     auto body = in.enter(element);
     if (!body) return false;
@@ -161,12 +173,11 @@ bool decodeSequence(const Type& type, const Element& self, void* object, Reader&
 }
 
 bool decodeChoice(const Type& type, const Element& element, void* value, Reader& in) {
-    for (const Member& member : type.members)
-        if (!member.isExtension() && member.begins(element.tag, element.constructed))
-            return decodeMember(member, element, member.make(value), in) || in.within(member.name);
-    const Member* extension = type.extension();
-    if (!extension) return in.failUnexpected(element, &type);
-    as<OpenData>(extension->make(value)).assign(element.whole);
+    const Member* taker = findAlternative(type, element);
+    if (!taker) return in.failUnexpected(element, &type);
+    if (!taker->isExtension())
+        return decodeMember(*taker, element, taker->make(value), in) || in.within(taker->name);
+    as<OpenData>(taker->make(value)).assign(element.whole);
     return true;
 }
 

@@ -45,6 +45,10 @@ public:
     std::uint64_t toUInt64() const;
     std::int32_t toInt32() const { return static_cast<std::int32_t>(toUInt32()); }
     std::uint32_t toUInt32() const { return static_cast<std::uint32_t>(toUInt64()); }
+    template <std::integral Number>
+    explicit operator Number() const {
+        return static_cast<Number>(toUInt64());
+    }
 
     /// The same number, however many octets it was given in.
     friend bool operator==(const INTEGER& a, const INTEGER& b) {

@@ -216,6 +216,13 @@ constexpr Type enumerated(std::string_view name, std::span<const NamedNumber> na
     type.extensible = growth == Growth::extensible;
     return type;
 }
+/// An INTEGER written in place, with names for numbers and an extensible constraint, which excludes none.
+constexpr Type numbered(std::span<const NamedNumber> names, std::string_view constraint) {
+    Type type = integerType;
+    type.names = names;
+    type.constraint = constraint;
+    return type;
+}
 /// A SEQUENCE or SET that is not looked into: the content is kept as it came.
 template <class T>
 constexpr Type opaque(std::string_view name) {
@@ -231,6 +238,10 @@ constexpr Type derived(std::string_view name, const Type& base, Bounds bounds = 
     type.bounds = bounds;
     type.accepted = accepted;
     type.lifetime = &lifetimeOf<T>;
+    return type;
+}
+constexpr Type named(std::string_view name, Type type) {
+    type.name = name;
     return type;
 }
 /// SET OF in place of SEQUENCE OF.

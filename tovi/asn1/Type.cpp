@@ -32,7 +32,9 @@ const Member* Type::extension() const {
 
 const OpenData* Type::otherFormOf(const void* value) const {
     if (!otherForm) return nullptr;
+    // What was put in its place since wins.
     if (kind == Kind::choice && chosen(*this, value)) return nullptr;
+    if (kind == Kind::octetString && !as<Octets>(value).empty()) return nullptr;
     return otherForm(const_cast<void*>(value)).get();
 }
 

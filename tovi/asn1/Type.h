@@ -54,6 +54,9 @@ struct NamedNumber {
     std::int64_t number;
 };
 
+/// The number of the "..." among the names of an ENUMERATED.
+constexpr std::int64_t noNumber = std::numeric_limits<std::int64_t>::min();
+
 struct Bounds {
     static constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
     static constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
@@ -99,7 +102,8 @@ struct Type {
     const Type* element = nullptr;                          ///< of a list
     const ListAccess* list = nullptr;
     std::span<const NamedNumber> names = {};
-    bool extensible = false;  ///< "..." of an ENUMERATED
+    bool extensible = false;           ///< "..." of an ENUMERATED
+    std::string_view constraint = {};  ///< notation of a constraint that excludes nothing
     /// Where a value keeps an element of another form than the notation has, which ISO/IEC 7816-15 allows
     /// in its place; nullptr for types without that allowance.
     Boxed<OpenData>& (*otherForm)(void* value) = nullptr;

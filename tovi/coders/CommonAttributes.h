@@ -31,7 +31,7 @@ void getPath(PKCS15Path& path, const PKCS15::Path& value);
 template <class Value>
 void getPKCS15Path(PKCS15Path& path, const Value& value) {
     path = {};
-    if (const PKCS15::Path* indirect = PKCS15::indirectPath(value)) getPath(path, *indirect);
+    if (const PKCS15::Path* file = PKCS15::indirectPath(value)) getPath(path, *file);
 }
 
 /// Copies octets.

@@ -42,7 +42,7 @@ bool decodeKey(const Object& object, std::string_view alternative, unsigned long
 
 template <class Info, class Object>
 bool decodeRSAKey(const Object& object, std::string_view alternative, PKCS15ObjectInfo<Info>& info) {
-    info.modulusLength = static_cast<std::uint16_t>(object.typeAttributes.modulusLength);
+    info.modulusLength = static_cast<std::uint16_t>(object.typeAttributes.modulusLength.toUInt32());
     return decodeKey(object, alternative, CKK_RSA, info);
 }
 

@@ -14,7 +14,7 @@ namespace tovi {
 /// place with default fields and a row of type 64.
 template <class Info, class Type, class Decode>
 void PKCS15Container::initInfos(InfoList<Info>& infos, RawList<Type>& raws,
-                                unsigned char objectType, Decode decode) {
+                                ObjectType objectType, Decode decode) {
     InfoAppender<Info> list(infos);
     for (ASN1Object<Type>& raw : raws) {
         PKCS15ObjectInfo<Info> info;

@@ -178,7 +178,7 @@ private:
     struct PairingIndexes;
 
     template <class Info, class Type, class Decode>
-    void initInfos(InfoList<Info>& infos, RawList<Type>& raws, unsigned char objectType,
+    void initInfos(InfoList<Info>& infos, RawList<Type>& raws, ObjectType objectType,
                    Decode decode);
 
     bool initAuth(ASN1Object<PKCS15::AuthenticationType>& record, PKCS15ObjectInfo<AuthInfo>& info,

@@ -38,7 +38,7 @@ void PKCS15Container::initTokenInfo() {
         tokenInfo.info.label = *value.label;
     else
         tokenInfo.info.label.assign(ASN1::View(defaultLabel));
-    tokenInfo.info.serialNumber = value.serialNumber.value_or(Blob());
+    tokenInfo.info.serialNumber = value.serialNumber;
     tokenInfo.info.tokenAux1 = 0xFF;
     tokenInfo.info.tokenAux2 = 0;
     tokenInfo.version = value.version.toUInt64();

@@ -4,6 +4,7 @@
 
 #include "tovi/interfaces/ASN1Coding.h"
 #include "tovi/interfaces/CardProfile.h"
+#include "tovi/pkcs15/PKCS15.h"
 
 namespace tovi {
 

@@ -9,13 +9,24 @@
 #include "tovi/interfaces/ISCardOS.h"
 #include "tovi/interfaces/ProfileDFHandler.h"
 #include "tovi/interfaces/RefCounted.h"
-#include "tovi/pkcs15/PKCS15.h"
 #include "tovi/records/ASN1Object.h"
 #include "tovi/records/AuthInfo.h"
 #include "tovi/records/FATInfo.h"
 #include "tovi/records/Infos.h"
 #include "tovi/records/PKCS15Object.h"
 #include "tovi/records/PKCS15TokenInfo.h"
+
+// A caller that looks into raw records includes tovi/pkcs15/PKCS15.h or one header of it.
+namespace PKCS15 {
+struct AuthenticationType;
+struct CertificateType;
+struct DataType;
+struct PKCS15Objects;
+struct PrivateKeyType;
+struct PublicKeyType;
+struct SecretKeyType;
+struct TokenInfo;
+}  // namespace PKCS15
 
 namespace tovi {
 

@@ -4,6 +4,7 @@
 #include "tovi/container/PKCS15Container.h"
 #include "tovi/interfaces/CardProfile.h"
 #include "tovi/interfaces/Exception.h"
+#include "tovi/pkcs15/PKCS15.h"
 
 namespace tovi {
 

@@ -1,5 +1,6 @@
 #include "tovi/container/PKCS15Container.h"
 #include "tovi/interfaces/Exception.h"
+#include "tovi/pkcs15/TokenInfo.h"
 
 namespace tovi {
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tovi/asn1/Coding.h"
+#include "tovi/pkcs15/PKCS15Objects.h"
 #include "tovi/records/PKCS15Object.h"
 
 namespace tovi {
@@ -36,6 +38,41 @@ TEST(CardProfile, TakesTheFileIdentifierFromTheEndOfThePath) {
 TEST(CardProfile, HasNoFileIdentifierForAPathOfLessThanTwoOctets) {
     EXPECT_EQ(fidOf({}), noFID);
     EXPECT_EQ(fidOf({0x4B}), noFID);
+}
+
+/// The path of the encoded ODF entry when it is of `choice`; "no path" as octets FF otherwise.
+Blob pathOf(const Blob& encoded, int choice) {
+    PKCS15::PKCS15Objects entry;
+    ASN1::Error error;
+    EXPECT_TRUE(ASN1::decode(encoded, entry, error));
+    Blob path = {0xFF};
+    const bool found = getPath(entry, path, choice);
+    EXPECT_EQ(found, path != Blob{0xFF}) << "a path is written exactly when there is one";
+    return path;
+}
+
+const Blob noPath = {0xFF};
+
+TEST(CardProfile, FindsThePathOfAnODFEntryUnderItsChoiceAlone) {
+    for (int entry = 0; entry <= 8; ++entry) {
+        const Blob encoded = {
+            static_cast<std::uint8_t>(0xA0 + entry), 0x06, 0x30, 0x04, 0x04, 0x02, 0x44, 0x01};
+        for (int choice = -1; choice <= 10; ++choice)
+            EXPECT_EQ(pathOf(encoded, choice), choice == entry ? (Blob{0x44, 0x01}) : noPath);
+    }
+}
+
+TEST(CardProfile, FindsNoPathOfEntriesThatHoldTheirObjects) {
+    EXPECT_EQ(pathOf({0xA8, 0x02, 0xA0, 0x00}, 8), noPath);
+}
+
+TEST(CardProfile, FindsNoPathOfUnknownEntries) {
+    const Blob unknown = {0xA9, 0x06, 0x30, 0x04, 0x04, 0x02, 0x44, 0x01};
+    for (int choice = 0; choice <= 10; ++choice) EXPECT_EQ(pathOf(unknown, choice), noPath);
+}
+
+TEST(CardProfile, FindsNoPathWithoutOctets) {
+    EXPECT_EQ(pathOf({0xA0, 0x04, 0x30, 0x02, 0x04, 0x00}, 0), noPath);
 }
 
 }  // namespace

@@ -3,7 +3,11 @@
 namespace tovi::bench {
 
 void FastestTimes::ReportRuns(const std::vector<Run>& runs) {
-    ConsoleReporter::ReportRuns(runs);
+    std::vector<Run> printed;
+    for (const Run& run : runs)
+        if (run.error_occurred || runs.size() == 1 || run.aggregate_name == "median")
+            printed.push_back(run);
+    ConsoleReporter::ReportRuns(printed);
     for (const Run& run : runs) {
         if (run.error_occurred) hasError_ = true;
         if (run.error_occurred || run.run_type != Run::RT_Iteration) continue;

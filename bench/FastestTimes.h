@@ -8,10 +8,11 @@
 
 namespace tovi::bench {
 
-/// Prints runs as usual and keeps the fastest repetition of each benchmark: on a machine that does
+/// Prints the median of each benchmark and keeps its fastest repetition: on a machine that does
 /// other work as well, the fastest is the one least disturbed.
 class FastestTimes final : public benchmark::ConsoleReporter {
 public:
+    FastestTimes() : ConsoleReporter(OO_None) {}
     void ReportRuns(const std::vector<Run>& runs) override;
 
     /// Nanoseconds of CPU time for one iteration; 0 for a benchmark that has not run.

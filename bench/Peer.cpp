@@ -23,9 +23,10 @@ namespace tovi::bench {
 namespace {
 
 asn_TYPE_descriptor_t* const types[] = {
-    &asn_DEF_PrivateKeyType, &asn_DEF_PublicKeyType,      &asn_DEF_SecretKeyType, &asn_DEF_CertificateType,
-    &asn_DEF_DataType,       &asn_DEF_AuthenticationType, &asn_DEF_PKCS15Objects, &asn_DEF_TokenInfo,
-    &asn_DEF_UnusedSpace,    &asn_DEF_DIRRecord,
+    &asn_DEF_PrivateKeyType,  &asn_DEF_PublicKeyType, &asn_DEF_SecretKeyType,
+    &asn_DEF_CertificateType, &asn_DEF_DataType,      &asn_DEF_AuthenticationType,
+    &asn_DEF_PKCS15Objects,   &asn_DEF_TokenInfo,     &asn_DEF_UnusedSpace,
+    &asn_DEF_DIRRecord,
 };
 
 asn_TYPE_descriptor_t* find(std::string_view name) {

@@ -19,7 +19,8 @@ ASN1::Octets fromHex(std::string_view text) {
     for (; text.size() >= 2; text.remove_prefix(2)) {
         std::uint8_t octet = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + 2, octet, 16);
-        if (error != std::errc{} || end != text.data() + 2) throw std::runtime_error("no hex digits");
+        if (error != std::errc{} || end != text.data() + 2)
+            throw std::runtime_error("no hex digits");
         octets.push_back(octet);
     }
     return octets;
@@ -43,9 +44,9 @@ void addSamples(const std::filesystem::path& file, std::vector<SampleRecord>& re
 /// The type of the records in a file named "card-a-prkdf" and the like; empty: none of ours.
 std::string_view typeInFile(std::string_view name) {
     static constexpr std::pair<std::string_view, std::string_view> types[] = {
-        {"prkdf", "PrivateKeyType"},      {"pukdf", "PublicKeyType"}, {"skdf", "SecretKeyType"},
-        {"cdf", "CertificateType"},       {"dodf", "DataType"},       {"aodf", "AuthenticationType"},
-        {"odf", "PKCS15Objects"},         {"dir", "DIRRecord"},       {"tokeninfo", "TokenInfo"},
+        {"prkdf", "PrivateKeyType"},    {"pukdf", "PublicKeyType"}, {"skdf", "SecretKeyType"},
+        {"cdf", "CertificateType"},     {"dodf", "DataType"},       {"aodf", "AuthenticationType"},
+        {"odf", "PKCS15Objects"},       {"dir", "DIRRecord"},       {"tokeninfo", "TokenInfo"},
         {"unusedspace", "UnusedSpace"},
     };
     for (const auto& [kind, type] : types)
@@ -63,8 +64,8 @@ void addFile(const std::filesystem::path& file, std::vector<SampleRecord>& recor
     for (const FileEntry& entry : scanRecords(contents)) {
         if (entry.kind != FileEntry::Kind::record) continue;
         const ASN1::View record = ASN1::View(contents).subspan(entry.offset, entry.length);
-        records.push_back({name + "[" + std::to_string(count++) + "]", std::string(typeInFile(name)),
-                           ASN1::Octets(record)});
+        records.push_back({name + "[" + std::to_string(count++) + "]",
+                           std::string(typeInFile(name)), ASN1::Octets(record)});
     }
 }
 
@@ -74,7 +75,8 @@ std::vector<SampleRecord> sampleRecords(const std::string& folder) {
     std::vector<SampleRecord> records;
     addSamples(std::filesystem::path(folder) / "pkcs15-samples.txt", records);
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(folder) / "vectors"))
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::filesystem::path(folder) / "vectors"))
         if (entry.path().extension() == ".hex") files.push_back(entry.path());
     std::sort(files.begin(), files.end());
     for (const std::filesystem::path& file : files) addFile(file, records);

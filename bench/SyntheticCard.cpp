@@ -39,7 +39,8 @@ Blob text(std::uint8_t tag, std::string_view characters) {
 }
 
 Blob twoOctets(std::size_t number) {
-    return {static_cast<std::uint8_t>(number >> 8 & 0xFF), static_cast<std::uint8_t>(number & 0xFF)};
+    return {static_cast<std::uint8_t>(number >> 8 & 0xFF),
+            static_cast<std::uint8_t>(number & 0xFF)};
 }
 
 Blob pathTo(std::size_t fid) {
@@ -54,10 +55,10 @@ public:
     explicit RecordMaker(bool isShared) : isShared_(isShared) {}
 
     Blob privateKey(std::size_t i) {
-        const Blob keyClass = constructed(
-            0x30, id(i), Blob{0x03, 0x02, 0x05, 0x20},                              // sign
-            Blob{0x03, 0x02, 0x03, 0xB8},                                           // access flags
-            Blob{0x02, 0x01, static_cast<std::uint8_t>(i & 0x7F)});                 // keyReference
+        const Blob keyClass =
+            constructed(0x30, id(i), Blob{0x03, 0x02, 0x05, 0x20},               // sign
+                        Blob{0x03, 0x02, 0x03, 0xB8},                            // access flags
+                        Blob{0x02, 0x01, static_cast<std::uint8_t>(i & 0x7F)});  // keyReference
         return key(common("Private key", i, true), keyClass, i);
     }
     Blob publicKey(std::size_t i) {
@@ -70,8 +71,9 @@ public:
                            constructed(0xA1, constructed(0x30, nextPath(), serialNumber)));
     }
     Blob secretKey(std::size_t i) {
-        const Blob keyClass = constructed(0x30, id(i), Blob{0x03, 0x02, 0x06, 0xC0});  // en-, decrypt
-        const Blob length{0xA0, 0x06, 0x30, 0x04, 0x02, 0x02, 0x00, 0xC0};             // 192 bits
+        const Blob keyClass =
+            constructed(0x30, id(i), Blob{0x03, 0x02, 0x06, 0xC0});         // en-, decrypt
+        const Blob length{0xA0, 0x06, 0x30, 0x04, 0x02, 0x02, 0x00, 0xC0};  // 192 bits
         return constructed(0xA4, common("Secret key", i, true), keyClass, length,
                            constructed(0xA1, constructed(0x30, nextPath())));
     }
@@ -85,8 +87,8 @@ public:
         const Blob reference{0x80, 0x01, static_cast<std::uint8_t>(i + 1)};
         return constructed(0x30, common("PIN", i, true), constructed(0x30, authId),
                            constructed(0xA1, constructed(0x30, Blob{0x03, 0x02, 0x03, 0x48},
-                                                         Blob{0x0A, 0x01, 0x01, 0x02, 0x01, 0x04, 0x02,
-                                                              0x01, 0x08, 0x02, 0x01, 0x08},
+                                                         Blob{0x0A, 0x01, 0x01, 0x02, 0x01, 0x04,
+                                                              0x02, 0x01, 0x08, 0x02, 0x01, 0x08},
                                                          reference, Blob{0x04, 0x01, 0x00})));
     }
 
@@ -127,7 +129,8 @@ class CardMaker {
 public:
     CardMaker() { card_.addFolder(PKCS15_PATH, PKCS15_AID); }
 
-    /// Adds the records that `make` returns for 0 to `count` - 1 as objects of the ODF's choice `kind`.
+    /// Adds the records that `make` returns for 0 to `count` - 1 as objects of the ODF's choice
+    /// `kind`.
     template <class Make>
     void addKind(std::uint8_t kind, std::size_t count, Make make) {
         Blob file;
@@ -177,8 +180,10 @@ CardContents mixedContents(std::size_t count) {
 VirtualCard syntheticCard(const CardContents& contents) {
     RecordMaker make(contents.isShared);
     CardMaker card;
-    card.addKind(0, contents.keyPairs + contents.privateKeys, [&](auto i) { return make.privateKey(i); });
-    card.addKind(1, contents.keyPairs + contents.publicKeys, [&](auto i) { return make.publicKey(i); });
+    card.addKind(0, contents.keyPairs + contents.privateKeys,
+                 [&](auto i) { return make.privateKey(i); });
+    card.addKind(1, contents.keyPairs + contents.publicKeys,
+                 [&](auto i) { return make.publicKey(i); });
     card.addKind(3, contents.secretKeys, [&](auto i) { return make.secretKey(i); });
     card.addKind(4, contents.certificates, [&](auto i) { return make.certificate(i); });
     card.addKind(7, contents.dataObjects, [&](auto i) { return make.dataObject(i); });

@@ -1,0 +1,105 @@
+// How many commands, and how many octets each way, reading each of the test cards takes; beside it
+// the least that would do. No clock: a contactless card answers a command in some 20 ms whatever we
+// compute.
+//
+// The least is for a reader with short commands that knows no more than it must:
+//     one SELECT of the application by its AID;
+//     one SELECT for EF(TokenInfo), EF(ODF) and each file that the ODF names;
+//     of a transparent file, as many responses of 256 octets as hold its records and, where the
+//     file goes on behind them, one octet more, without which nobody knows that there is no further
+//     record; of a linear file, one READ RECORD for each record that it has.
+// An empty file that says so when it is selected need not be read.
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "bench/HeldContainer.h"
+#include "tovi/card/CardFolder.h"
+#include "tovi/card/CountingChannel.h"
+#include "tovi/card/ISO7816CardOS.h"
+#include "tovi/interfaces/Exception.h"
+#include "tovi/platform/RecordScanner.h"
+
+namespace {
+
+using tovi::Blob;
+using tovi::VirtualFile;
+
+constexpr std::size_t responseSize = 256;
+constexpr std::uint8_t selectInstruction = 0xA4;
+
+std::size_t leastToRead(const VirtualFile& file) {
+    if (file.isLinear()) return file.records.size();
+    std::size_t needed = 0;
+    for (const tovi::FileEntry& entry : tovi::scanRecords(file.contents))
+        if (entry.kind == tovi::FileEntry::Kind::record ||
+            entry.kind == tovi::FileEntry::Kind::broken)
+            needed = entry.offset + entry.length;
+    if (needed < file.contents.size()) ++needed;
+    return (needed + responseSize - 1) / responseSize;
+}
+
+/// The files of one read, in its order; a file named twice stands here twice.
+std::vector<Blob> pathsOf(const tovi::PKCS15Container& model) {
+    std::vector<Blob> paths = {tovi::PKCS15_EF_TOKEN_INFO, tovi::PKCS15_EF_ODF};
+    for (const auto& entry : model.getRawODF())
+        for (int choice = 0; entry.value && choice <= 8; ++choice)
+            if (Blob path; tovi::getPath(*entry.value, path, choice)) paths.push_back(path);
+    return paths;
+}
+
+Blob absolute(const Blob& path, const tovi::PKCS15Container& model) {
+    const Blob& root = tovi::PKCS15_MF;
+    if (path.size() >= root.size() && std::equal(root.begin(), root.end(), path.begin()))
+        return path;
+    Blob whole = model.getRootPath();
+    whole.append(path);
+    return whole;
+}
+
+std::size_t leastCommands(const tovi::VirtualCard& card, const tovi::PKCS15Container& model) {
+    std::size_t least = 1;
+    for (const Blob& path : pathsOf(model)) {
+        const VirtualFile* file = card.files().find(absolute(path, model));
+        least += 1 + (file ? leastToRead(*file) : 0);
+    }
+    return least;
+}
+
+void printCard(const std::filesystem::path& folder) {
+    const std::string name = folder.filename().string();
+    tovi::CardFolder::Options options;
+    options.mode = tovi::CardFolder::Mode::readOnly;
+    try {
+        tovi::CardFolder card(folder, options);
+        tovi::VirtualCardChannel channel(card.card());
+        tovi::CountingChannel counter(channel);
+        tovi::ISO7816CardOS os(counter);
+        tovi::bench::HeldContainer model;
+        model->readFromCard(&os);
+        const auto& counts = counter.counts();
+        const auto selects = counts.byInstruction.find(selectInstruction);
+        std::printf("%-28s %8zu %6zu %8zu %8zu %8zu %8zu\n", name.c_str(), counts.commands,
+                    leastCommands(card.card(), *model),
+                    selects == counts.byInstruction.end() ? 0 : selects->second,
+                    model->getFATRecords().size(), counts.octetsToCard, counts.octetsFromCard);
+    } catch (const tovi::SmartcardException& failure) {
+        std::printf("%-28s not read: %s\n", name.c_str(), failure.GetMessage());
+    }
+}
+
+}  // namespace
+
+int main() {
+    std::vector<std::filesystem::path> folders;
+    for (const auto& entry : std::filesystem::directory_iterator(TOVI_TEST_CARDS))
+        if (std::filesystem::exists(entry.path() / "CARD")) folders.push_back(entry.path());
+    std::sort(folders.begin(), folders.end());
+    std::printf("%-28s %8s %6s %8s %8s %8s %8s\n", "card", "commands", "least", "SELECT", "rows",
+                "octets >", "octets <");
+    for (const std::filesystem::path& folder : folders) printCard(folder);
+    return 0;
+}

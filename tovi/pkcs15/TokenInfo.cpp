@@ -34,10 +34,20 @@ constexpr Member recordInfoRows[] = {
 constexpr ASN1::Tag otherReferences[] = {ASN1::context(1)};
 
 constexpr Type algorithmReference() {
-    // The number is the first member, so what reads and writes numbers can be kept.
-    static_assert(std::is_standard_layout_v<AlgorithmReference>);
     Type type = derived<AlgorithmReference>("Reference", ASN1::unsignedType, {0, ubReference},
                                             {0, acceptedReference});
+    // What reads and writes plain numbers serves the number in it.
+    type.decode = [](const Type& self, const ASN1::Element& element, void* value,
+                     ASN1::Reader& in) {
+        return ASN1::unsignedType.decode(self, element,
+                                         &ASN1::as<AlgorithmReference>(value).number, in);
+    };
+    type.encode = [](const Type& self, const void* value, ASN1::Writer& out) {
+        ASN1::unsignedType.encode(self, &ASN1::as<AlgorithmReference>(value).number, out);
+    };
+    type.measure = [](const void* value) {
+        return ASN1::unsignedType.measure(&ASN1::as<AlgorithmReference>(value).number);
+    };
     type.otherForm = [](void* value) -> ASN1::Boxed<ASN1::OpenData>& {
         return ASN1::as<AlgorithmReference>(value).otherForm;
     };

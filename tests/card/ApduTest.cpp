@@ -53,9 +53,9 @@ TEST(CommandApdu, ParsesEveryCaseAsItWasEncoded) {
 }
 
 TEST(CommandApdu, RefusesLengthsThatContradictEachOther) {
-    for (const char* hex : {"", "00A400", "00A40000023F", "00A40000023F000000",
-                            "00A400000000", "00D600000000010000", "00D60000000002AA",
-                            "00D60000000002AABB00", "00D60000000000AA"}) {
+    for (const char* hex :
+         {"", "00A400", "00A40000023F", "00A40000023F000000", "00A400000000", "00D600000000010000",
+          "00D60000000002AA", "00D60000000002AABB00", "00D60000000000AA"}) {
         CommandApdu command;
         EXPECT_FALSE(CommandApdu::parse(octets(hex), command)) << hex;
     }

@@ -22,7 +22,7 @@ inline Blob octets(std::string_view hex) {
         const std::size_t value = digits.find(c);
         if (value == std::string_view::npos) continue;
         if (half)
-            out[out.size() - 1] = static_cast<std::uint8_t>(out.back() << 4 | value);
+            out[out.size() - 1] = static_cast<std::uint8_t>(std::size_t{out.back()} << 4 | value);
         else
             out.push_back(static_cast<std::uint8_t>(value));
         half = !half;
@@ -99,8 +99,7 @@ inline VirtualCard smallCard() {
     file.size = 32;
     file.sfi = 1;
     VirtualFile& transparent = card.add(file);
-    for (std::size_t i = 0; i < 32; ++i)
-        transparent.contents[i] = static_cast<std::uint8_t>(i + 1);
+    for (std::size_t i = 0; i < 32; ++i) transparent.contents[i] = static_cast<std::uint8_t>(i + 1);
     file.path = octets("3F0050154402");
     file.kind = FileDescription::Kind::linearVariable;
     file.size = 3;

@@ -124,8 +124,7 @@ TEST(CommandExchange, TellsHowMuchOneCommandCarries) {
     EXPECT_EQ(most({}), std::pair(std::size_t{256}, std::size_t{255}));
     EXPECT_EQ(most({.extendedLength = true}), std::pair(std::size_t{65536}, std::size_t{65535}));
     EXPECT_EQ(most({.commandChaining = true}), std::pair(std::size_t{256}, std::size_t{65535}));
-    EXPECT_EQ(most({.maxRead = 128, .maxWrite = 64}),
-              std::pair(std::size_t{128}, std::size_t{64}));
+    EXPECT_EQ(most({.maxRead = 128, .maxWrite = 64}), std::pair(std::size_t{128}, std::size_t{64}));
     EXPECT_EQ(most({.maxRead = 1000, .maxWrite = 1000}),
               std::pair(std::size_t{256}, std::size_t{255}));
 }

@@ -51,8 +51,8 @@ TEST(FileControl, TakesTheAllocatedSizeWhereTheDataSizeIsMissing) {
 }
 
 TEST(FileControl, TakesNothingFromWhatIsNoTemplate) {
-    for (const char* hex : {"", "62", "62 05 80 02", "80 02 0100", "30 04 80 02 0100",
-                            "62 00", "6F 00"}) {
+    for (const char* hex :
+         {"", "62", "62 05 80 02", "80 02 0100", "30 04 80 02 0100", "62 00", "6F 00"}) {
         const FileInfo info = infoOf(hex);
         EXPECT_EQ(info.size, 0u) << hex;
         EXPECT_EQ(info.structure, FileStructure::transparent) << hex;
@@ -86,16 +86,26 @@ TEST(FileControl, EncodesWhatItReads) {
     control.descriptor = 0x01;
     control.fid = 0x5031;
     control.sfi = 17;
-    EXPECT_EQ(hexOf(control.encode(0x62)), "620F" "8003012345" "820101" "83025031" "880188");
+    EXPECT_EQ(hexOf(control.encode(0x62)),
+              "620F"
+              "8003012345"
+              "820101"
+              "83025031"
+              "880188");
     FileControl linear;
     linear.descriptor = 0x02;
     linear.recordSize = 0x20;
     linear.recordCount = 3;
-    EXPECT_EQ(hexOf(linear.encode(0x6F)), "6F07" "82050201002003");
+    EXPECT_EQ(hexOf(linear.encode(0x6F)),
+              "6F07"
+              "82050201002003");
     FileControl folder;
     folder.descriptor = folderDescriptor;
     folder.name = octets("A000");
-    EXPECT_EQ(hexOf(folder.encode(0x6F)), "6F07" "820138" "8402A000");
+    EXPECT_EQ(hexOf(folder.encode(0x6F)),
+              "6F07"
+              "820138"
+              "8402A000");
 }
 
 }  // namespace

@@ -43,8 +43,8 @@ TEST(FileSelector, NamesRelativePathsByWhatTheyAre) {
     card.select("5031");
     card.select("3FFF5032");
     card.select("6F014404");
-    EXPECT_THAT(card.channel.commands, ElementsAre("00A4020402503100", "00A4020402503200",
-                                                   "00A40904046F01440400"));
+    EXPECT_THAT(card.channel.commands,
+                ElementsAre("00A4020402503100", "00A4020402503200", "00A40904046F01440400"));
 }
 
 TEST(FileSelector, GoesStepByStepWhereTheCardRefusesPathsAndRemembersIt) {
@@ -52,8 +52,8 @@ TEST(FileSelector, GoesStepByStepWhereTheCardRefusesPathsAndRemembersIt) {
         Selector card({refused, refused, "9000"});
         EXPECT_EQ(card.select("3F0050155031"), 0x9000) << refused;
         EXPECT_THAT(card.channel.commands,
-                    ElementsAre("00A40804045015503100", "00A40800045015503100",
-                                "00A40004023F0000", "00A4000402501500", "00A4000402503100"));
+                    ElementsAre("00A40804045015503100", "00A40800045015503100", "00A40004023F0000",
+                                "00A4000402501500", "00A4000402503100"));
         card.channel.commands.clear();
         EXPECT_EQ(card.select("5032"), 0x9000);
         EXPECT_THAT(card.channel.commands, ElementsAre("00A4000402503200"));
@@ -94,8 +94,8 @@ TEST(FileSelector, SelectsTheApplicationAnewAfterAnotherDfBecameCurrent) {
     card.select("3F002F00");
     card.select("5031");
     EXPECT_THAT(card.channel.commands,
-                ElementsAre("00A4040C01A0", "00A4020402503100", "00A40804022F0000",
-                            "00A4040C01A0", "00A4020402503100"));
+                ElementsAre("00A4040C01A0", "00A4020402503100", "00A40804022F0000", "00A4040C01A0",
+                            "00A4020402503100"));
 }
 
 TEST(FileSelector, SelectsTheApplicationAnewAfterAPathThroughItsOwnDf) {
@@ -113,8 +113,8 @@ TEST(FileSelector, LooksAgainForAFileThatIsGoneSinceTheApplicationWasSelected) {
     card.select("5031");
     EXPECT_EQ(card.select("5032"), 0x9000);
     EXPECT_THAT(card.channel.commands,
-                ElementsAre("00A4040C01A0", "00A4020402503100", "00A4020402503200",
-                            "00A4040C01A0", "00A4020402503200"));
+                ElementsAre("00A4040C01A0", "00A4020402503100", "00A4020402503200", "00A4040C01A0",
+                            "00A4020402503200"));
 }
 
 TEST(FileSelector, LooksOnceForAFileRightAfterTheApplication) {

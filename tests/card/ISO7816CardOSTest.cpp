@@ -50,7 +50,10 @@ TEST(ISO7816CardOS, SelectsAnApplicationInTheModeGiven) {
 TEST(ISO7816CardOS, GivesBackWhatSelectingAnApplicationTells) {
     Connected card;
     EXPECT_EQ(hexOf(card.os.selectApplication(octets("A000000063"), 0x04)),
-              "6215" "820138" "83025015" "840CA000000063504B43532D3135");
+              "6215"
+              "820138"
+              "83025015"
+              "840CA000000063504B43532D3135");
 }
 
 TEST(ISO7816CardOS, ReportsRefusalsWithTheStatusWord) {
@@ -297,8 +300,8 @@ TEST(ISO7816CardOS, ReadsUpdatesAndAppendsRecords) {
 TEST(ISO7816CardOS, ReadsRecordsThatAreLongerThanAResponse) {
     for (const bool extended : {false, true}) {
         Connected card(1, {.extendedLength = extended});
-        VirtualFile& file = card.card.addLinear(octets("3F0050154600"),
-                                                FileDescription::Kind::linearFixed, 700, 2);
+        VirtualFile& file =
+            card.card.addLinear(octets("3F0050154600"), FileDescription::Kind::linearFixed, 700, 2);
         file.records = {pattern(700)};
         card.os.selectFile(octets("3F0050154600"));
         EXPECT_EQ(card.os.readRecord(1), pattern(700));

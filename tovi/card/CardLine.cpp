@@ -38,7 +38,7 @@ Words split(std::string_view text) {
 }
 
 std::string mismatch(std::string_view found, std::string_view expected) {
-    return "found " + quoted(found) + ", expected " + std::string(expected);
+    return "found " + inQuotes(found) + ", expected " + std::string(expected);
 }
 
 std::string missing(std::string_view expected) {
@@ -201,7 +201,7 @@ void padTo(std::string& text, std::size_t column) {
 
 }  // namespace
 
-std::string quoted(std::string_view found) {
+std::string inQuotes(std::string_view found) {
     constexpr std::size_t most = 40;
     std::string text = "'";
     for (const char c : found.substr(0, most)) text += c >= ' ' && c <= '~' ? c : '?';

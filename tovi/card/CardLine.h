@@ -20,6 +20,6 @@ std::string formatCardLine(const FileDescription& file);
 std::string formatCardLine(const PinDescription& pin);
 
 /// "'tree'": what was found, for a message. Cut short and made printable, since it may be anything.
-std::string quoted(std::string_view found);
+std::string inQuotes(std::string_view found);
 
 }  // namespace tovi

@@ -9,15 +9,14 @@ namespace ASN1 {
 
 /// Types that have a description.
 template <class T>
-concept Described = requires { TypeOf<std::remove_const_t<T>>::value; };
+concept Described = requires { TypeOf<std::remove_cvref_t<T>>::value; };
 
 /// A value of some described type, for operations that work on all of them. Made from any such value; does
 /// not own it, so it must not outlive it.
 class AbstractData {
 public:
     template <Described T>
-    AbstractData(T& value)
-        : AbstractData(*TypeOf<std::remove_const_t<T>>::value, &value) {}
+    AbstractData(T&& value) : AbstractData(*TypeOf<std::remove_cvref_t<T>>::value, &value) {}
     AbstractData(const Type& type, const void* value)
         : type_(&type), value_(const_cast<void*>(value)) {}
 

@@ -59,7 +59,7 @@ private:
     bool setAside(const Element& element) {
         for (std::size_t row = next_; row < members_.size(); ++row) {
             if (!isMandatory(members_[row])) continue;
-            body_->failUnexpected(element, members_[row].type, members_[row].tag);
+            failMember(members_[row], element);
             return body_->within(members_[row].name);
         }
         if (!extension_)
@@ -69,6 +69,13 @@ private:
         const std::uint8_t* begin = unknown_.empty() ? element.whole.data() : unknown_.data();
         unknown_ = View(begin, element.whole.data() + element.whole.size());
         return true;
+    }
+
+    void failMember(const Member& member, const Element& element) {
+        if (element.tag == (member.tag.isNone() ? member.type->tag : member.tag))
+            body_->fail(Error::badValue, element.whole.data());
+        else
+            body_->failUnexpected(element, member.type, member.tag);
     }
 
     void keepUnknown(std::size_t row) {
@@ -135,12 +142,18 @@ bool decodeOrKeep(const Type& type, const Element& element, void* value, Reader&
     return keepOtherForm(type, element, value);
 }
 
+bool failType(const Type& type, const Element& element, Reader& in) {
+    // Right in name, but primitive where it has to be constructed, or the other way round.
+    if (type.tag == element.tag) return in.fail(Error::badValue, element.whole.data());
+    return in.failUnexpected(element, &type);
+}
+
 }  // namespace
 
 bool decodeElement(const Type& type, const Element& element, void* value, Reader& in) {
     if (!type.begins(element.tag, element.constructed) &&
         !(type.kind == Kind::choice && type.extension()))
-        return in.failUnexpected(element, &type);
+        return failType(type, element, in);
     if (type.otherForm) return decodeOrKeep(type, element, value, in);
     return type.decode(type, element, value, in);
 }

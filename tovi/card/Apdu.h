@@ -7,7 +7,7 @@
 
 namespace tovi {
 
-/// Instructions of ISO/IEC 7816-4:2005, Table 4, that this library sends or serves.
+/// Instructions of ISO/IEC 7816-4 that this library sends or serves.
 namespace Instruction {
 inline constexpr std::uint8_t eraseRecord = 0x0C;
 inline constexpr std::uint8_t eraseBinary = 0x0E;
@@ -24,7 +24,7 @@ inline constexpr std::uint8_t updateRecord = 0xDC;
 inline constexpr std::uint8_t appendRecord = 0xE2;
 }  // namespace Instruction
 
-/// The bit of CLA that says: more commands of this chain follow (ISO/IEC 7816-4:2005, 5.1.1).
+/// The bit of CLA that says: more commands of this chain follow (ISO/IEC 7816-4).
 inline constexpr std::uint8_t chainingBit = 0x10;
 
 /// One command: header, data field, and how many octets are expected back.
@@ -48,7 +48,7 @@ struct CommandApdu {
     /// The octets of the command; with extended length fields only where short ones do not do.
     Blob encode() const;
 
-    /// Reads a command (ISO/IEC 7816-4:2005, 5.1); false when the lengths contradict each other.
+    /// Reads a command; false when the lengths contradict each other.
     [[nodiscard]] static bool parse(ASN1::View octets, CommandApdu& command);
 };
 

@@ -29,7 +29,7 @@ bool takeLength(ASN1::View& rest, std::size_t& length) {
     if (!take(rest, first)) return false;
     length = first;
     if (first < 0x80) return true;
-    // 80 and 85..FF are no first length octets (ISO/IEC 7816-4:2005, 5.2.2.2).
+    // 80 and 85..FF are no first length octets (ISO/IEC 7816-4:2005, 5.2.2).
     if (first == 0x80 || first > 0x84) return false;
     std::uint32_t value = 0;
     for (int further = first & 0x0F; further > 0; --further) {

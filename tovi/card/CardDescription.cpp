@@ -25,7 +25,7 @@ std::size_t contentSize(const FileDescription& file) {
 Blob parentOf(const Blob& path) { return Blob(ASN1::View(path).first(path.size() - 2)); }
 
 /// Identifiers that stand for something else than a file below the master file (ISO/IEC
-/// 7816-4:2005, 5.3.1.1).
+/// 7816-4).
 bool isReserved(ASN1::View fid) {
     const int number = fid[0] << 8 | fid[1];
     return number == 0x3F00 || number == 0x3FFF || number == 0xFFFF;

@@ -8,7 +8,7 @@
 namespace tovi {
 
 /// What the card behind a channel understands beside short commands; its historical bytes or
-/// EF(ATR) say so (ISO/IEC 7816-4:2005, 8.1.1).
+/// EF(ATR) say so (ISO/IEC 7816-4).
 struct CardCapabilities {
     bool extendedLength = false;
     bool commandChaining = false;
@@ -19,7 +19,7 @@ struct CardCapabilities {
 };
 
 /// One command with everything that belongs to it: splitting into a chain, GET RESPONSE after 61XX,
-/// repetition with the right Le after 6CXX (ISO/IEC 7816-4:2005, 5.1.1 and 5.3.4).
+/// repetition with the right Le after 6CXX (ISO/IEC 7816-4:2005, 5.1.3).
 ///
 /// Sends at most one repetition per command, and GET RESPONSE only as long as each brings data.
 class CommandExchange {

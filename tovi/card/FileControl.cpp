@@ -28,8 +28,7 @@ std::optional<std::size_t> size(ASN1::View value) {
     return number(value);
 }
 
-/// Descriptor, data coding, then record size of one or two octets, then count of one or two
-/// (ISO/IEC 7816-4:2005, Table 12).
+/// Descriptor, data coding, then record size of one or two octets, then count of one or two.
 void parseDescriptor(ASN1::View value, FileControl& control) {
     if (value.empty()) return;
     control.descriptor = value[0];

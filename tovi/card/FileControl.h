@@ -8,7 +8,7 @@
 
 namespace tovi {
 
-/// Control parameters of a file (ISO/IEC 7816-4:2005, 5.3.3), as SELECT returns them in an FCP
+/// Control parameters of a file (ISO/IEC 7816-4), as SELECT returns them in an FCP
 /// template 62 or an FCI template 6F.
 struct FileControl {
     std::optional<std::size_t> dataSize;       ///< 80: octets of data

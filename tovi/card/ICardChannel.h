@@ -4,7 +4,7 @@
 
 namespace tovi {
 
-/// The way to a card: one command APDU in, one response APDU out (ISO/IEC 7816-3, clause 12).
+/// The way to a card: one command APDU in, one response APDU out.
 ///
 /// Derive from it to bring a transport of your own. Not thread-safe.
 class ICardChannel {

@@ -22,7 +22,7 @@ std::string hex(ASN1::View octets) {
 }
 
 /// VERIFY, EXTERNAL AUTHENTICATE, CHANGE REFERENCE DATA, DISABLE and ENABLE VERIFICATION, RESET
-/// RETRY COUNTER (ISO/IEC 7816-4:2005, 7.5), with their odd instructions.
+/// RETRY COUNTER (ISO/IEC 7816-4), with their odd instructions.
 bool carriesSecret(std::uint8_t ins) {
     switch (ins & 0xFE) {
         case 0x20:

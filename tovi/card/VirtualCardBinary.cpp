@@ -1,4 +1,4 @@
-// READ, UPDATE and ERASE BINARY (ISO/IEC 7816-4:2005, 7.2).
+// READ, UPDATE and ERASE BINARY (ISO/IEC 7816-4).
 #include <algorithm>
 
 #include "tovi/card/BerTlv.h"

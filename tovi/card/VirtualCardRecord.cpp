@@ -1,4 +1,4 @@
-// READ, UPDATE, APPEND and ERASE RECORD (ISO/IEC 7816-4:2005, 7.3).
+// READ, UPDATE, APPEND and ERASE RECORD (ISO/IEC 7816-4).
 #include <algorithm>
 
 #include "tovi/card/StatusWord.h"

@@ -18,7 +18,7 @@ public:
     /// True when `rule` lets an operation pass now.
     bool allows(const AccessRule& rule) const;
 
-    /// Compares `value` with the PIN, and returns a status word (ISO/IEC 7816-4:2005, 7.5.6): 9000,
+    /// Compares `value` with the PIN, and returns a status word (ISO/IEC 7816-4): 9000,
     /// 63CX with the tries left, 6983 when there are none, 6A88 for an unknown reference.
     ///
     /// A tries counter that goes down is in `storage`, unless that is null, before the comparison

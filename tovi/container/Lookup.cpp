@@ -10,9 +10,12 @@ namespace {
 constexpr const char* getOperation = "PKCS15Container::getInfo";
 constexpr const char* refOperation = "PKCS15Container::refInfo";
 
-/// The first info with that record number; `Infos` is a list or a constant one.
+/// The first info with that record number, whose row has to be of `type`; `Infos` is a list or a
+/// constant one.
 template <class Infos>
-auto& find(Infos& infos, unsigned long recordNumber, const char* where) {
+auto& find(const PKCS15Container& container, Infos& infos, ObjectType type,
+           unsigned long recordNumber, const char* where) {
+    container.checkObjectType(recordNumber, type, where);
     const auto found = std::find_if(infos.begin(), infos.end(), [recordNumber](const auto& info) {
         return info.recordNumber == recordNumber;
     });
@@ -23,8 +26,7 @@ auto& find(Infos& infos, unsigned long recordNumber, const char* where) {
 }  // namespace
 
 void PKCS15Container::checkRecordNumber(unsigned long recordNumber, const char* where) const {
-    if (recordNumber >= fatRecords.size())
-        throw SmartcardException("invalid record number", where);
+    if (recordNumber >= fatRecords.size()) throw SmartcardException("invalid record number", where);
 }
 
 void PKCS15Container::checkObjectType(unsigned long recordNumber, unsigned char type,
@@ -36,71 +38,59 @@ void PKCS15Container::checkObjectType(unsigned long recordNumber, unsigned char 
 
 const PKCS15ObjectInfo<PrivateKeyInfo>& PKCS15Container::getPrivateKeyInfo(
     unsigned long recordNumber) const {
-    checkObjectType(recordNumber, privateKeyObject, getOperation);
-    return find(privateKeyInfos, recordNumber, getOperation);
+    return find(*this, privateKeyInfos, privateKeyObject, recordNumber, getOperation);
 }
 
 PKCS15ObjectInfo<PrivateKeyInfo>& PKCS15Container::refPrivateKeyInfo(unsigned long recordNumber) {
-    checkObjectType(recordNumber, privateKeyObject, refOperation);
-    return find(privateKeyInfos, recordNumber, refOperation);
+    return find(*this, privateKeyInfos, privateKeyObject, recordNumber, refOperation);
 }
 
 const PKCS15ObjectInfo<PublicKeyInfo>& PKCS15Container::getPublicKeyInfo(
     unsigned long recordNumber) const {
-    checkObjectType(recordNumber, publicKeyObject, getOperation);
-    return find(publicKeyInfos, recordNumber, getOperation);
+    return find(*this, publicKeyInfos, publicKeyObject, recordNumber, getOperation);
 }
 
 PKCS15ObjectInfo<PublicKeyInfo>& PKCS15Container::refPublicKeyInfo(unsigned long recordNumber) {
-    checkObjectType(recordNumber, publicKeyObject, refOperation);
-    return find(publicKeyInfos, recordNumber, refOperation);
+    return find(*this, publicKeyInfos, publicKeyObject, recordNumber, refOperation);
 }
 
 const PKCS15ObjectInfo<TrustedPublicKeyInfo>& PKCS15Container::getTrustedPublicKeyInfo(
     unsigned long recordNumber) const {
-    checkObjectType(recordNumber, trustedPublicKeyObject, getOperation);
-    return find(trustedPublicKeyInfos, recordNumber, getOperation);
+    return find(*this, trustedPublicKeyInfos, trustedPublicKeyObject, recordNumber, getOperation);
 }
 
 const PKCS15ObjectInfo<CertificateInfo>& PKCS15Container::getCertificateInfo(
     unsigned long recordNumber) const {
-    checkObjectType(recordNumber, certificateObject, getOperation);
-    return find(certificateInfos, recordNumber, getOperation);
+    return find(*this, certificateInfos, certificateObject, recordNumber, getOperation);
 }
 
-PKCS15ObjectInfo<CertificateInfo>& PKCS15Container::refCertificateInfo(
-    unsigned long recordNumber) {
-    checkObjectType(recordNumber, certificateObject, refOperation);
-    return find(certificateInfos, recordNumber, refOperation);
+PKCS15ObjectInfo<CertificateInfo>& PKCS15Container::refCertificateInfo(unsigned long recordNumber) {
+    return find(*this, certificateInfos, certificateObject, recordNumber, refOperation);
 }
 
 const PKCS15ObjectInfo<TrustedCertificateInfo>& PKCS15Container::getTrustedCertificateInfo(
     unsigned long recordNumber) const {
-    checkObjectType(recordNumber, trustedCertificateObject, getOperation);
-    return find(trustedCertificateInfos, recordNumber, getOperation);
+    return find(*this, trustedCertificateInfos, trustedCertificateObject, recordNumber,
+                getOperation);
 }
 
 const PKCS15ObjectInfo<UsefulCertificateInfo>& PKCS15Container::getUsefulCertificateInfo(
     unsigned long recordNumber) const {
-    checkObjectType(recordNumber, usefulCertificateObject, getOperation);
-    return find(usefulCertificateInfos, recordNumber, getOperation);
+    return find(*this, usefulCertificateInfos, usefulCertificateObject, recordNumber, getOperation);
 }
 
 const PKCS15ObjectInfo<BlockCipherKeyInfo>& PKCS15Container::getBlockCipherKeyInfo(
     unsigned long recordNumber) const {
-    checkObjectType(recordNumber, secretKeyObject, getOperation);
-    return find(blockCipherKeyInfos, recordNumber, getOperation);
+    return find(*this, blockCipherKeyInfos, secretKeyObject, recordNumber, getOperation);
 }
 
 const PKCS15ObjectInfo<DataInfo>& PKCS15Container::getDataInfo(unsigned long recordNumber) const {
-    checkObjectType(recordNumber, dataObject, getOperation);
-    return find(dataInfos, recordNumber, getOperation);
+    return find(*this, dataInfos, dataObject, recordNumber, getOperation);
 }
 
 const PKCS15ObjectInfo<ContainerInfo>& PKCS15Container::getContainerInfo(
     unsigned long recordNumber) const {
-    checkObjectType(recordNumber, containerObject, getOperation);
-    return find(containerInfos, recordNumber, getOperation);
+    return find(*this, containerInfos, containerObject, recordNumber, getOperation);
 }
 
 const PKCS15ObjectInfo<AuthInfo>& PKCS15Container::getAuthInfo(unsigned char reference) const {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Der.h"
+
 namespace tovi {
 namespace {
 
@@ -27,12 +29,12 @@ TEST(AuthInfo, HoldsTheIdentifierOfTheKeyInItsSecondBlob) {
 
 TEST(AuthInfo, CopiesEveryMember) {
     AuthInfo original;
-    original.label = Blob(40, 1);
-    original.authKeyId = Blob(40, 2);
-    original.authObjectId = Blob(40, 3);
-    original.lastChange = Blob(40, 4);
-    original.templateId = Blob(40, 5);
-    original.cha = Blob(40, 6);
+    original.label = test::times(40, 1);
+    original.authKeyId = test::times(40, 2);
+    original.authObjectId = test::times(40, 3);
+    original.lastChange = test::times(40, 4);
+    original.templateId = test::times(40, 5);
+    original.cha = test::times(40, 6);
     original.pinFlags = 7;
     original.pinType = 8;
     original.minLength = 9;
@@ -47,12 +49,12 @@ TEST(AuthInfo, CopiesEveryMember) {
     original.hasPadChar = true;
     original.derivedKey = false;
     const AuthInfo copy = original;
-    EXPECT_EQ(copy.label, Blob(40, 1));
-    EXPECT_EQ(copy.authKeyId, Blob(40, 2));
-    EXPECT_EQ(copy.authObjectId, Blob(40, 3));
-    EXPECT_EQ(copy.lastChange, Blob(40, 4));
-    EXPECT_EQ(copy.templateId, Blob(40, 5));
-    EXPECT_EQ(copy.cha, Blob(40, 6));
+    EXPECT_EQ(copy.label, test::times(40, 1));
+    EXPECT_EQ(copy.authKeyId, test::times(40, 2));
+    EXPECT_EQ(copy.authObjectId, test::times(40, 3));
+    EXPECT_EQ(copy.lastChange, test::times(40, 4));
+    EXPECT_EQ(copy.templateId, test::times(40, 5));
+    EXPECT_EQ(copy.cha, test::times(40, 6));
     EXPECT_EQ(copy.pinFlags, 7u);
     EXPECT_EQ(copy.pinType, 8u);
     EXPECT_EQ(copy.minLength, 9u);

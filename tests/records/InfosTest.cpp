@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "tests/support/Der.h"
 #include "tovi/interfaces/CardProfile.h"
 #include "tovi/interfaces/PKCS11.h"
 #include "tovi/records/AuthInfo.h"
@@ -39,7 +40,7 @@ TYPED_TEST(EveryInfo, JoinsTheCommonPartAndAddsNothing) {
 TYPED_TEST(EveryInfo, IsCopiedWithBothParts) {
     PKCS15ObjectInfo<TypeParam> original;
     original.recordNumber = 3;
-    original.label = Blob(40, 'L');
+    original.label = test::times(40, 'L');
     original.SetParam(CKA_SIGN, B_CK_TRUE);
     const std::vector<PKCS15ObjectInfo<TypeParam>> list(2, original);
     PKCS15ObjectInfo<TypeParam> assigned;
@@ -47,7 +48,7 @@ TYPED_TEST(EveryInfo, IsCopiedWithBothParts) {
     original.label[0] = 'M';
     original.recordNumber = 4;
     EXPECT_EQ(assigned.recordNumber, 3u);
-    EXPECT_EQ(assigned.label, Blob(40, 'L'));
+    EXPECT_EQ(assigned.label, test::times(40, 'L'));
     EXPECT_EQ(assigned.GetParam(CKA_SIGN), 1);
 }
 

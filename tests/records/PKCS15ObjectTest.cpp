@@ -6,6 +6,8 @@
 #include <limits>
 #include <type_traits>
 
+#include "tests/support/Der.h"
+
 namespace tovi {
 namespace {
 
@@ -66,7 +68,7 @@ PKCS15Object objectWithEveryFieldSet() {
     object.fid = 0x4B01;
     object.recordNumber = 7;
     object.sharesFile = true;
-    object.authId = Blob(40, 0x08);  // longer than what a Blob keeps in place
+    object.authId = test::times(40, 0x08);  // longer than what a Blob keeps in place
     object.native = true;
     object.isPrivate = true;
     object.isModifiable = false;
@@ -106,7 +108,7 @@ TEST(PKCS15Object, CopiesEveryField) {
 
 TEST(PKCS15Object, CopiesItsOctetsDeeply) {
     PKCS15Object original = objectWithEveryFieldSet();
-    original.path.path = Blob(40, 0x4B);
+    original.path.path = test::times(40, 0x4B);
     const PKCS15Object copy = original;
     original.authId[0] = 0xEE;
     original.path.path[0] = 0xEE;

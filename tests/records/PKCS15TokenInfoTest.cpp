@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "tests/support/Der.h"
+
 namespace tovi {
 namespace {
 
@@ -38,12 +40,12 @@ TEST(PKCS15AlgorithmInfo, BeginsZeroAndEmpty) {
 TEST(PKCS15AlgorithmInfo, IsCopiedWithAllItsMembers) {
     std::vector<PKCS15AlgorithmInfo> rows(1);
     rows[0].algorithm = 6;
-    rows[0].algId = Blob(40, 0x2A);
+    rows[0].algId = test::times(40, 0x2A);
     rows[0].supportedOperations[7] = true;
     const std::vector<PKCS15AlgorithmInfo> copy = rows;
     rows[0] = {};
     EXPECT_EQ(copy[0].algorithm, 6u);
-    EXPECT_EQ(copy[0].algId, Blob(40, 0x2A));
+    EXPECT_EQ(copy[0].algId, test::times(40, 0x2A));
     EXPECT_TRUE(copy[0].supportedOperations[7]);
 }
 

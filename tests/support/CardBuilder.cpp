@@ -108,7 +108,7 @@ std::unique_ptr<PKCS15Container> containerOf(const CardBuilder& builder) {
 CardBuilder fullCard() {
     const Blob exchange = {'0', '1'}, signature = {'S', '0', '1'};
     return CardBuilder()
-        .tokenInfo(test::tokenInfo({.label = "Full card", .supportedAlgorithms = {{{}}}}))
+        .tokenInfo(test::tokenInfo({.label = "Full card", .supportedAlgorithms = std::vector<AlgorithmRecord>(1)}))
         .privateKeys({privateKey({.common = {.label = "Alice"},
                                   .id = exchange,
                                   .usage = namedBits({decrypt, sign})}),
@@ -122,7 +122,7 @@ CardBuilder fullCard() {
         .certificates({certificate({.id = exchange}), certificate({.id = signature})})
         .trustedCertificates({certificate({.serialNumber = integer(7)})})
         .usefulCertificates({certificate({.trustedUsage = trustedUsage({smartcardLogon()})})})
-        .dataObjects({dataObject({.applicationName = "tovi"})})
+        .dataObjects({dataRecord({.applicationName = "tovi"})})
         .authObjects({pin(), biometricTemplate({.reference = 2}), authKey(),
                       externalByCertificate()});
 }

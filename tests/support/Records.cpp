@@ -82,7 +82,7 @@ Blob trustedUsage(std::initializer_list<Blob> extKeyUsage, const Blob& keyUsage)
 Blob smartcardLogon() { return objectIdentifier({1, 3, 6, 1, 4, 1, 311, 20, 2, 2}); }
 Blob serverAuthentication() { return objectIdentifier({1, 3, 6, 1, 5, 5, 7, 3, 1}); }
 
-Blob dataObject(const DataRecord& data) {
+Blob dataRecord(const DataRecord& data) {
     const Blob value =
         data.type == Data::oid ? sequence(objectIdentifier({1, 2, 3}), data.value) : data.value;
     return object(static_cast<std::uint8_t>(data.type), data.common,

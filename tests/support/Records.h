@@ -101,7 +101,7 @@ struct DataRecord {
     Blob applicationOID = {};   ///< element
     Blob value = path("4E01");  ///< element
 };
-Blob dataObject(const DataRecord& object = {});
+Blob dataRecord(const DataRecord& object = {});
 
 /// Authentication objects (6.8).
 struct AuthRecord {

@@ -15,9 +15,9 @@ namespace {
 constexpr const char* des = "DES";
 constexpr const char* tripleDES = "TripleDES";
 
-/// keyLen in octets, bits rounded up; 0 when the record has none.
-std::int32_t measuredLength(const PKCS15SecKeyCT::Object& object) {
-    if (!object.subClassAttributes || !object.subClassAttributes->keyLen) return 0;
+/// keyLen in octets, bits rounded up; nothing when the record has none.
+std::optional<std::int32_t> measuredLength(const PKCS15SecKeyCT::Object& object) {
+    if (!object.subClassAttributes || !object.subClassAttributes->keyLen) return std::nullopt;
     const std::uint32_t bits = object.subClassAttributes->keyLen->toUInt32();
     return static_cast<std::int32_t>(bits + 7) / 8;
 }
@@ -46,10 +46,10 @@ bool PKCS15SecKeyCT::decodeBlockCipherKeyInfo(const std::string& choiceName,
     ASN1_assign(info.id, object.classAttributes.iD);
     decodeKeyUsageFlags(object.classAttributes.usage, info);
 
-    const std::int32_t measured = measuredLength(object);
-    if (measured != 0)
-        info.keyLength = static_cast<std::uint64_t>(std::int64_t{measured});
-    else if (const std::uint64_t implied = impliedLength(choiceName))
+    const std::optional<std::int32_t> length = measuredLength(object);
+    const std::int32_t measured = length.value_or(0);
+    if (length) info.keyLength = static_cast<std::uint64_t>(std::int64_t{measured});
+    if (const std::uint64_t implied = impliedLength(choiceName); measured == 0 && implied != 0)
         info.keyLength = implied;
     const char* name = algorithmName ? algorithmName : nameOfLength(measured);
     const auto* text = reinterpret_cast<const std::uint8_t*>(name);

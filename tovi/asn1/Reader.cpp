@@ -31,13 +31,15 @@ bool Reader::failUnexpected(const Element& found, const Type* expected, Tag expe
 
 bool Reader::within(std::string_view name) const {
     if (name.empty()) return false;
-    if (!error_->path.empty() && error_->path[0] != '[') error_->path.insert(0, ".");
-    error_->path.insert(0, name);
+    std::string path(name);
+    if (!error_->path.empty() && error_->path[0] != '[') path += '.';
+    error_->path = path.append(error_->path);
     return false;
 }
 
 bool Reader::withinItem(std::size_t index) const {
-    return within("[" + std::to_string(index) + "]");
+    std::string item = "[";
+    return within(item.append(std::to_string(index)).append("]"));
 }
 
 void Reader::forgive() const { *error_ = {}; }

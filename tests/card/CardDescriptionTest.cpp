@@ -127,6 +127,7 @@ TEST(CardDescription, BoundsSizes) {
     EXPECT_EQ(reason("3F00/4401 transparent 1 sfi=31"),
               "1: expected a short identifier of 1 to 30");
     EXPECT_EQ(reason("3F00/4401 transparent 1 sfi=0"), "1: expected a short identifier of 1 to 30");
+    EXPECT_EQ(reason("3F00/5015 df - aid=" + std::string(32, 'A')), "");
     EXPECT_EQ(reason("3F00/5015 df - aid=" + std::string(34, 'A')),
               "1: expected an AID of at most 16 octets");
 }

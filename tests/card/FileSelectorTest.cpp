@@ -43,8 +43,9 @@ TEST(FileSelector, NamesRelativePathsByWhatTheyAre) {
     card.select("5031");
     card.select("3FFF5032");
     card.select("6F014404");
-    EXPECT_THAT(card.channel.commands,
-                ElementsAre("00A4020402503100", "00A4020402503200", "00A40904046F01440400"));
+    card.select("3FFF");
+    EXPECT_THAT(card.channel.commands, ElementsAre("00A4020402503100", "00A4020402503200",
+                                                   "00A40904046F01440400", "00A40204023FFF00"));
 }
 
 TEST(FileSelector, GoesStepByStepWhereTheCardRefusesPathsAndRemembersIt) {

@@ -245,6 +245,18 @@ TEST(ISO7816CardOS, WritesLessAtOnceIntoAFileThatNeedsTheOddInstructions) {
     EXPECT_EQ(card.os.maxWrite(), 255u);
 }
 
+TEST(ISO7816CardOS, WritesOffsetsInAsManyOctetsAsTheyNeed) {
+    ScriptedChannel channel({"5301AA9000"});
+    ISO7816CardOS os(channel);
+    for (const std::size_t offset :
+         {0x7FFFu, 0x8000u, 0xFFFFu, 0x10000u, 0xFFFFFFu, 0x1000000u, 0xFFFFFFFEu})
+        os.readBinary(offset, 1);
+    EXPECT_THAT(channel.commands,
+                ElementsAre("00B07FFF01", "00B10000045402800003", "00B10000045402FFFF03",
+                            "00B1000005540301000003", "00B10000055403FFFFFF03",
+                            "00B100000654040100000003", "00B10000065404FFFFFFFE03"));
+}
+
 TEST(ISO7816CardOS, TakesDataObject73AndRefusesOthers) {
     const auto read = [](const char* response) {
         ScriptedChannel channel({response});
@@ -307,6 +319,12 @@ TEST(ISO7816CardOS, ReadsRecordsThatAreLongerThanAResponse) {
         EXPECT_EQ(card.os.readRecord(1), pattern(700));
         EXPECT_EQ(card.counted.counts().commands, extended ? 2u : 4u);
     }
+}
+
+TEST(ISO7816CardOS, TakesARecordThatIsShorterThanTheCardWasAskedFor) {
+    ScriptedChannel channel({"01026282"});
+    ISO7816CardOS os(channel);
+    EXPECT_EQ(hexOf(os.readRecord(1)), "0102");
 }
 
 TEST(ISO7816CardOS, HasNoRecordsThatNoNumberNames) {

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "tovi/asn1/AbstractData.h"
+
+namespace tovi {
+
+/// Values of the PKCS#15 module as JSON, and back, by the member names of the module.
+///
+///     {"privateRSAKey": {"commonObjectAttributes": {"label": "KEY1", "flags": ["private"]}, ...}}
+///
+/// A SEQUENCE is an object, a CHOICE an object with the one alternative, a SEQUENCE OF an array. An
+/// OCTET STRING is hexadecimal; an INTEGER a number, or "0x..." with its octets when it is longer
+/// than 64 bits; a BIT STRING with names is an array of them, and numbers where there is no name,
+/// without names hexadecimal or {"hex", "unused"}; a character string is text, or {"hex"} when it
+/// is not UTF-8; an ENUMERATED its name or number; an OBJECT IDENTIFIER dotted; NULL null; anything
+/// not looked into hexadecimal with its header. What a later edition added stands under "...".
+nlohmann::ordered_json asnToJson(ASN1::AbstractData value);
+
+/// Fills a fresh value. Throws UsageError, which begins with `where` and the member's path, for
+/// what does not belong into the type, and for a mandatory member that is missing.
+void asnFromJson(ASN1::AnyValue& value, const nlohmann::ordered_json& json,
+                 const std::string& where);
+
+}  // namespace tovi

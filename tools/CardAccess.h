@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+
+#include "tools/ApplicationCardOS.h"
+#include "tools/Command.h"
+#include "tools/InterruptibleChannel.h"
+#include "tovi/card/CardFolder.h"
+#include "tovi/card/ISO7816CardOS.h"
+#include "tovi/card/TraceChannel.h"
+
+namespace tovi {
+
+/// The card that the command line names, with its application found.
+///
+/// Throws UsageError when no card is named, Failure or CardFolderError when it cannot be used. A
+/// card without the application is no error here: selecting it will be one.
+class CardAccess {
+public:
+    CardAccess(Invocation& call, CardFolder::Mode mode);
+
+    ISCardOS& os() { return application_; }
+    /// The identifier of the application.
+    const Blob& aid() const { return aid_; }
+    /// The path of the application below the master file.
+    const Blob& applicationPath() const { return path_; }
+    /// The same from 3F00 on.
+    Blob rootPath() const;
+
+private:
+    Blob findApplication();
+    Blob findInDirectory();
+
+    Blob aid_;
+    std::unique_ptr<CardFolder> folder_;
+    VirtualCardChannel card_;
+    InterruptibleChannel interruptible_;
+    std::unique_ptr<TraceChannel> trace_;
+    ISO7816CardOS commands_;
+    ApplicationCardOS application_;
+    Blob path_;
+};
+
+}  // namespace tovi

@@ -1,0 +1,78 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+
+#include "tools/CardAccess.h"
+#include "tools/Command.h"
+#include "tools/Findings.h"
+#include "tools/Model.h"
+
+namespace tovi {
+namespace {
+
+/// `tovi check`: everything that is wrong or odd about the application.
+class CheckCommand final : public Command {
+public:
+    CLI::App* declare(CLI::App& app) override {
+        return app.add_subcommand("check", "reports what is wrong or odd about the application");
+    }
+    ExitCode run(Invocation& call) override;
+};
+
+/// The model's findings; that it cannot be read is one itself.
+Findings modelFindings(CardAccess& card) {
+    const ContainerPointer model = makeContainer(card.applicationPath());
+    try {
+        model->readFromCard(&card.os());
+    } catch (const Exception& exception) {
+        return {{.kind = "unreadable-application", .message = ErrorReport::of(exception).line()}};
+    }
+    return findingsOfModel(*model);
+}
+
+Json findingsJson(const Findings& findings) {
+    const auto textOrNull = [](const std::string& text) {
+        return text.empty() ? Json(nullptr) : Json(text);
+    };
+    Json list = Json::array();
+    for (const Finding& finding : findings) {
+        Json json;
+        json["kind"] = finding.kind;
+        json["object"] = textOrNull(finding.object);
+        json["recordNumber"] = finding.recordNumber ? Json(*finding.recordNumber) : Json(nullptr);
+        json["file"] = textOrNull(finding.file);
+        json["message"] = finding.message;
+        list.push_back(std::move(json));
+    }
+    return {{"findings", std::move(list)}};
+}
+
+std::string findingsText(const Findings& findings, const Style& style) {
+    if (findings.empty()) return "no findings\n";
+    TextTable table({"finding", "where", "what"});
+    for (const Finding& finding : findings) {
+        table.add({finding.kind, finding.object + finding.file, finding.message});
+    }
+    const std::string count =
+        findings.size() == 1 ? "1 finding" : fmt::format("{} findings", findings.size());
+    return style.warning(count) + "\n" + table.text(style);
+}
+
+ExitCode CheckCommand::run(Invocation& call) {
+    CardAccess card(call, CardFolder::Mode::readOnly);
+    Findings findings =
+        findingsOfFiles(readApplicationFiles(card.os(), card.rootPath()), card.rootPath());
+    for (Finding& finding : modelFindings(card)) findings.push_back(std::move(finding));
+    if (call.options().json) {
+        call.printJson(findingsJson(findings));
+    } else if (!findings.empty() || !call.options().quiet) {
+        call.printText(findingsText(findings, call.style()));
+    }
+    return findings.empty() ? ExitCode::done : ExitCode::findings;
+}
+
+}  // namespace
+
+std::unique_ptr<Command> makeCheckCommand() { return std::make_unique<CheckCommand>(); }
+
+}  // namespace tovi

@@ -1,0 +1,154 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "tools/Command.h"
+#include "tools/Text.h"
+
+namespace tovi {
+namespace {
+
+constexpr const char* version = "tovi 0.1.0";
+
+struct Entry {
+    std::unique_ptr<Command> command;
+    CLI::App* app = nullptr;
+};
+
+/// The whole command line: its options, its commands, and what was found on it.
+class CommandLine {
+public:
+    CommandLine();
+    /// Throws CLI::ParseError.
+    void parse(std::vector<std::string> arguments);
+    const Entry& chosen() const;
+    CLI::App& app() { return app_; }
+    const GlobalOptions& options() const { return options_; }
+
+private:
+    void declareOptions();
+
+    CLI::App app_{"Reads and changes the PKCS#15 application of a smart card", "tovi"};
+    GlobalOptions options_;
+    std::vector<Entry> entries_;
+};
+
+std::string checkedAid(const std::string& text) {
+    const auto aid = fromHex(text);
+    return aid && !aid->empty() && aid->size() <= 16 ? "" : "an AID is 1 to 16 octets in hex";
+}
+
+std::string checkedName(const std::string& text) { return text.empty() ? "the name is empty" : ""; }
+
+CommandLine::CommandLine() {
+    declareOptions();
+    for (auto make :
+         {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand, makeInitCommand}) {
+        Entry& entry = entries_.emplace_back(Entry{make(), nullptr});
+        entry.app = entry.command->declare(app_);
+    }
+}
+
+void CommandLine::declareOptions() {
+    auto* card = app_.add_option("--card", options_.card, "a card folder (default: $TOVI_CARD)")
+                     ->type_name("DIR")
+                     ->check(checkedName);
+    app_.add_option("--reader", options_.reader, "a PC/SC reader, or a unique part of its name")
+        ->type_name("NAME")
+        ->check(checkedName)
+        ->excludes(card);
+    app_.add_option("--aid", options_.aid, "the application's identifier (default: PKCS#15's)")
+        ->type_name("HEX")
+        ->check(checkedAid);
+    app_.add_flag("--json", options_.json, "one JSON document on standard output");
+    app_.add_flag("--trace", options_.trace, "every command of the card on standard error");
+    app_.add_flag("--quiet", options_.quiet, "nothing but results and errors");
+    app_.set_version_flag("--version", version);
+    app_.require_subcommand(0, 1);  // none is reported below, behind words that are no command
+    app_.fallthrough();
+}
+
+void CommandLine::parse(std::vector<std::string> arguments) {
+    std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
+    app_.parse(std::move(arguments));
+    if (app_.get_subcommands().empty()) throw CLI::RequiredError("a command");
+}
+
+const Entry& CommandLine::chosen() const {
+    return *std::find_if(entries_.begin(), entries_.end(),
+                         [](const Entry& entry) { return entry.app->parsed(); });
+}
+
+/// Prints what went wrong, as text and with --json also as the one document of the call.
+void report(const ErrorReport& error, bool json, const std::string& line, Console& console) {
+    console.err << "tovi: " << line << std::endl;
+    if (!json) return;
+    const nlohmann::ordered_json document = {
+        {"error",
+         {{"message", error.message}, {"operation", error.operation}, {"code", error.code}}}};
+    using Json = nlohmann::ordered_json;
+    console.out << jsonForTerminal(document.dump(2, ' ', false, Json::error_handler_t::replace))
+                << std::endl;
+}
+
+ExitCode reportUsage(const std::string& message, bool json, Console& console) {
+    report({message, "tovi", 0}, json, forTerminal(message), console);
+    return ExitCode::usage;
+}
+
+ExitCode reportFailure(const ErrorReport& error, bool json, Console& console) {
+    report(error, json, error.line(), console);
+    return ExitCode::failed;
+}
+
+ExitCode perform(const CommandLine& line, Console& console) {
+    const Entry& entry = line.chosen();
+    const bool json = line.options().json;
+    Invocation call(line.options(), console, "tovi " + entry.app->get_name());
+    try {
+        return entry.command->run(call);
+    } catch (const Interrupted&) {
+        console.err << "tovi: interrupted" << std::endl;
+        return ExitCode::interrupted;
+    } catch (const UsageError& error) {
+        return reportUsage(error.what(), json, console);
+    } catch (const Exception& exception) {
+        return reportFailure(ErrorReport::of(exception), json, console);
+    } catch (const std::exception& exception) {
+        return reportFailure(ErrorReport::of(exception, call.operation()), json, console);
+    }
+}
+
+/// --help and --version end the parsing as errors do.
+ExitCode endOfParsing(const CLI::ParseError& error, CommandLine& line, bool json,
+                      Console& console) {
+    if (error.get_exit_code() == 0) {
+        line.app().exit(error, console.out, console.err);
+        console.out.flush();
+        return console.out ? ExitCode::done : ExitCode::failed;
+    }
+    return reportUsage(error.what() + std::string("; see 'tovi --help'"), json, console);
+}
+
+}  // namespace
+
+int runCommandLine(const std::vector<std::string>& arguments, Console& console) {
+    try {
+        CommandLine line;
+        try {
+            line.parse(arguments);
+        } catch (const CLI::ParseError& error) {
+            const bool json =
+                std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+            return static_cast<int>(endOfParsing(error, line, json, console));
+        }
+        return static_cast<int>(perform(line, console));
+    } catch (const std::exception& exception) {
+        console.err << "tovi: " << forTerminal(exception.what()) << std::endl;
+    } catch (...) {
+        console.err << "tovi: unknown failure" << std::endl;
+    }
+    return static_cast<int>(ExitCode::failed);
+}
+
+}  // namespace tovi

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <atomic>
+#include <iosfwd>
+#include <string>
+
+namespace tovi {
+
+/// What surrounds one call of the command, so that a test can stand in for the process.
+struct Console {
+    std::istream& in;
+    std::ostream& out;
+    std::ostream& err;
+    /// `out` is a terminal that shows colour, and nobody asked for none.
+    bool colour = false;
+    /// The card folder of calls that name no card: the environment variable TOVI_CARD, or empty.
+    std::string defaultCard = {};
+    /// Set as soon as the user asks to stop; null when nobody can.
+    const std::atomic<bool>* interrupted = nullptr;
+};
+
+}  // namespace tovi

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tools/Command.h"
+#include "tovi/card/ICardChannel.h"
+
+namespace tovi {
+
+/// Passes commands on until the user asks to stop: then no further one is sent, and Interrupted is
+/// thrown. A command that the card has begun is always finished.
+class InterruptibleChannel final : public ICardChannel {
+public:
+    /// Both must outlive this object.
+    InterruptibleChannel(ICardChannel& channel, const Invocation& call)
+        : channel_(channel), call_(call) {}
+
+    Blob transmit(const Blob& command) override {
+        call_.checkInterrupt();
+        return channel_.transmit(command);
+    }
+
+private:
+    ICardChannel& channel_;
+    const Invocation& call_;
+};
+
+}  // namespace tovi

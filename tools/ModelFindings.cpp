@@ -1,0 +1,203 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "tools/Findings.h"
+#include "tools/Model.h"
+#include "tools/Paths.h"
+#include "tools/Text.h"
+#include "tovi/interfaces/CardProfile.h"
+#include "tovi/pkcs15/PKCS15.h"
+
+namespace tovi {
+namespace {
+
+/// An object as findings name it.
+struct Named {
+    std::string name;
+    std::uint64_t recordNumber = noRecord;
+};
+
+template <class Info>
+Named named(const ListKind& list, const PKCS15ObjectInfo<Info>& info) {
+    return {nameOf(list, info), info.recordNumber};
+}
+
+void add(Findings& findings, const char* kind, const Named& object, std::string message) {
+    Finding finding{.kind = kind, .object = object.name, .message = std::move(message)};
+    if (object.recordNumber != noRecord) finding.recordNumber = object.recordNumber;
+    findings.push_back(std::move(finding));
+}
+
+template <class Infos>
+std::set<Blob> identifiersOf(const Infos& infos) {
+    std::set<Blob> identifiers;
+    for (const auto& info : infos) identifiers.insert(identifierOf(info));
+    return identifiers;
+}
+
+/// Whether the record became an object with fields of its own.
+template <class Raw>
+bool isKnown(const PKCS15Container& model, const PKCS15Object& object, const Raw& raw) {
+    const auto type = objectTypeOf(model, object);
+    return type ? *type != unrecognisedObjectType : raw.isDecoded;
+}
+
+/// A certificate of an issuer needs no key on this card.
+bool isAuthority(const ASN1Object<PKCS15::CertificateType>& raw) {
+    const auto* certificate = raw.value == nullptr
+                                  ? nullptr
+                                  : raw.value->getIf<PKCS15::CertificateType::x509Certificate>();
+    return certificate != nullptr && certificate->classAttributes.authority.value_or(false);
+}
+
+/// Where the value of an object lies within its file.
+struct Area {
+    Blob file;
+    std::size_t start, end;
+    Named object;
+};
+
+std::vector<Area> areasOf(const PKCS15Container& model) {
+    std::vector<Area> areas;
+    const Blob root = model.getRootPath();
+    forEachList(model, [&](const ListKind& list, const auto& infos, const auto&) {
+        for (const auto& info : infos) {
+            if (info.path.path.empty() || info.path.length == 0) continue;
+            const std::size_t start = info.path.index;
+            areas.push_back({absolutePath(root, info.path.path), start, start + info.path.length,
+                             named(list, info)});
+        }
+    });
+    return areas;
+}
+
+}  // namespace
+
+void findUnsupported(const PKCS15Container& model, Findings& findings) {
+    forEachList(model, [&](const ListKind& list, const auto& infos, const auto& raws) {
+        for (std::size_t i = 0; i < infos.size(); ++i) {
+            // Records that do not decode, or break a constraint, have findings of their own.
+            if (raws[i].value == nullptr || isKnown(model, infos[i], raws[i])) continue;
+            if (!ASN1::AbstractData(*raws[i].value).isValid()) continue;
+            const std::string name(raws[i].value->selectionName());
+            add(findings, "unsupported-record", named(list, infos[i]),
+                (name.empty() ? "an alternative of a later edition" : "alternative " + name) +
+                    " is not understood");
+        }
+    });
+}
+
+void findDanglingAuthIds(const PKCS15Container& model, Findings& findings) {
+    const std::set<Blob> known = identifiersOf(model.getAuthInfos());
+    forEachList(model, [&](const ListKind& list, const auto& infos, const auto&) {
+        for (const auto& info : infos) {
+            if (info.authId.empty() || known.count(info.authId) > 0) continue;
+            add(findings, "dangling-auth-id", named(list, info),
+                "authId " + toHex(info.authId) + " names no authentication object");
+        }
+    });
+    const std::set<Blob> keys = identifiersOf(model.getBlockCipherKeyInfos());
+    for (const auto& info : model.getAuthInfos()) {
+        if (info.type != AuthType::authKey || keys.count(info.authKeyId) > 0) continue;
+        add(findings, "dangling-auth-id", named(authObjects, info),
+            "authKeyId " + toHex(info.authKeyId) + " names no secret key");
+    }
+}
+
+void findKeysWithoutCertificate(const PKCS15Container& model, Findings& findings) {
+    std::set<Blob> partners = identifiersOf(model.getCertificateInfos());
+    partners.merge(identifiersOf(model.getPublicKeyInfos()));
+    const auto& keys = model.getPrivateKeyInfos();
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (!isKnown(model, keys[i], model.getRawPrivateKeys()[i])) continue;
+        if (partners.count(keys[i].id) > 0) continue;
+        add(findings, "key-without-certificate", named(privateKeys, keys[i]),
+            "no certificate and no public key has the id '" + toHex(keys[i].id) + "'");
+    }
+}
+
+void findCertificatesWithoutKey(const PKCS15Container& model, Findings& findings) {
+    const std::set<Blob> keys = identifiersOf(model.getPrivateKeyInfos());
+    const auto& infos = model.getCertificateInfos();
+    for (std::size_t i = 0; i < infos.size(); ++i) {
+        const auto& raw = model.getRawCertificates()[i];
+        if (!isKnown(model, infos[i], raw) || isAuthority(raw)) continue;
+        if (keys.count(infos[i].id) > 0) continue;
+        add(findings, "certificate-without-key", named(certificates, infos[i]),
+            "no private key has the id '" + toHex(infos[i].id) + "'");
+    }
+}
+
+void findDuplicateIds(const PKCS15Container& model, Findings& findings) {
+    forEachList(model, [&](const ListKind& list, const auto& infos, const auto&) {
+        std::map<Blob, Named> first;
+        for (const auto& info : infos) {
+            const Blob id = identifierOf(info);
+            if (id.empty()) continue;
+            const auto [place, isNew] = first.emplace(id, named(list, info));
+            if (isNew) continue;
+            add(findings, "duplicate-id", named(list, info),
+                "id " + toHex(id) + " is that of " + place->second.name);
+        }
+    });
+}
+
+void findSharedFiles(const PKCS15Container& model, Findings& findings) {
+    forEachList(model, [&](const ListKind& list, const auto& infos, const auto&) {
+        std::map<std::uint16_t, Named> first;
+        for (const auto& info : infos) {
+            if (!info.sharesFile || fid16(info) == noFID16) continue;
+            const auto [place, isNew] = first.emplace(fid16(info), named(list, info));
+            if (isNew) continue;
+            add(findings, "shared-file", named(list, info),
+                fmt::format("file {:04X} is also that of {}", fid16(info), place->second.name));
+        }
+    });
+}
+
+void findObjectsOutside(const PKCS15Container& model, Findings& findings) {
+    const Blob root = model.getRootPath();
+    forEachList(model, [&](const ListKind& list, const auto& infos, const auto&) {
+        for (const auto& info : infos) {
+            const Blob& path = info.path.path;
+            // A PIN of the whole card lies in the master file.
+            const bool isGlobal = &list == &authObjects && path == PKCS15_MF;
+            if (!beginsWith(path, PKCS15_MF) || beginsWith(path, root) || isGlobal) continue;
+            add(findings, "path-outside-application", named(list, info),
+                "path " + toHex(path) + " does not lie below " + toHex(root));
+        }
+    });
+}
+
+void findOverlaps(const PKCS15Container& model, Findings& findings) {
+    std::vector<Area> areas = areasOf(model);
+    std::stable_sort(areas.begin(), areas.end(), [](const Area& a, const Area& b) {
+        return a.file != b.file ? a.file < b.file : a.start < b.start;
+    });
+    const Area* furthest = nullptr;  // of those before, the one that reaches furthest
+    for (const Area& area : areas) {
+        const bool isSameFile = furthest != nullptr && furthest->file == area.file;
+        if (isSameFile && area.start < furthest->end) {
+            add(findings, "overlapping-areas", area.object,
+                fmt::format("octets {} to {} of {} are also those of {}", area.start,
+                            std::min(area.end, furthest->end) - 1, toHex(area.file),
+                            furthest->object.name));
+        }
+        if (!isSameFile || area.end > furthest->end) furthest = &area;
+    }
+}
+
+Findings findingsOfModel(const PKCS15Container& model) {
+    Findings findings;
+    for (auto* rule : {findUnsupported, findDanglingAuthIds, findKeysWithoutCertificate,
+                       findCertificatesWithoutKey, findDuplicateIds, findSharedFiles,
+                       findObjectsOutside, findOverlaps}) {
+        rule(model, findings);
+    }
+    return findings;
+}
+
+}  // namespace tovi

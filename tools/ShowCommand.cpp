@@ -1,0 +1,132 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+
+#include "tools/CardAccess.h"
+#include "tools/Command.h"
+#include "tools/ObjectText.h"
+#include "tools/ValueText.h"
+#include "tovi/interfaces/Exception.h"
+#include "tovi/pkcs15/PKCS15.h"
+
+namespace tovi {
+namespace {
+
+/// `tovi show RECORD`, `tovi show auth:REF`: one object, with everything known of it.
+class ShowCommand final : public Command {
+public:
+    CLI::App* declare(CLI::App& app) override;
+    ExitCode run(Invocation& call) override;
+
+private:
+    std::string object_;
+};
+
+/// What the command line asks for.
+struct ObjectName {
+    bool isAuth = false;
+    std::uint64_t number = 0;  ///< record number, or reference of an authentication object
+};
+
+ObjectName parseName(const std::string& text) {
+    ObjectName name;
+    name.isAuth = text.rfind("auth:", 0) == 0;
+    const std::string digits = name.isAuth ? text.substr(5) : text;
+    const char* end = digits.data() + digits.size();
+    const auto [rest, error] = std::from_chars(digits.data(), end, name.number);
+    if (digits.empty() || rest != end || error != std::errc{} ||
+        (name.isAuth && name.number >= noReference)) {
+        throw UsageError("'" + text + "' is neither a record number nor auth:REF");
+    }
+    return name;
+}
+
+/// An object as it is shown: its JSON, and for people also what else is known.
+struct Shown {
+    std::string title;
+    Json json;
+    std::string record;  ///< its directory record in value notation; empty: none
+};
+
+template <class Info, class Raw>
+Shown shown(const PKCS15Container& model, const ListKind& kind, const PKCS15ObjectInfo<Info>& info,
+            const Raw& raw) {
+    Shown object{nameOf(kind, info), objectJson(info, stateOf(model, info, raw)), ""};
+    if (raw.value != nullptr) object.record = valueText(*raw.value);
+    return object;
+}
+
+[[noreturn]] void refuse(const char* message) {
+    throw SmartcardException(message, "PKCS15Container::getInfo");
+}
+
+Shown findAuth(const PKCS15Container& model, std::uint64_t reference) {
+    const auto& infos = model.getAuthInfos();
+    for (std::size_t i = 0; i < infos.size(); ++i) {
+        if (infos[i].reference != reference) continue;
+        return shown(model, authObjects, infos[i], model.getRawAuthObjects()[i]);
+    }
+    throw SmartcardException("invalid object reference", "PKCS15Container::getAuthInfo");
+}
+
+std::optional<Shown> findInLists(const PKCS15Container& model, std::uint64_t record) {
+    std::optional<Shown> found;
+    forEachList(model, [&](const ListKind& kind, const auto& infos, const auto& raws) {
+        for (std::size_t i = 0; i < infos.size() && !found; ++i) {
+            if (infos[i].recordNumber == record) found = shown(model, kind, infos[i], raws[i]);
+        }
+    });
+    for (const auto& info : model.getContainerInfos()) {
+        if (found || info.recordNumber != record) continue;
+        found =
+            Shown{nameOf(keyContainers, info), toJson(info, {objectTypeOf(model, info), true}), ""};
+    }
+    return found;
+}
+
+Shown findObject(const PKCS15Container& model, std::uint64_t record) {
+    const auto& rows = model.getFATRecords();
+    if (record >= rows.size()) refuse("invalid record number");
+    if (rows[record].objectType == tokenInfoObject) {
+        return {"TokenInfo", toJson(model.getTokenInfo()),
+                valueText(*model.getRawTokenInfos().front().value)};
+    }
+    auto found = findInLists(model, record);
+    if (!found) refuse("invalid object type");
+    return std::move(*found);
+}
+
+CLI::App* ShowCommand::declare(CLI::App& app) {
+    CLI::App* show = app.add_subcommand("show", "prints one object with all that is known of it");
+    show->add_option("object", object_, "a record number, or auth:REF")
+        ->required()
+        ->type_name("RECORD");
+    return show;
+}
+
+ExitCode ShowCommand::run(Invocation& call) {
+    const ObjectName name = parseName(object_);
+    CardAccess card(call, CardFolder::Mode::readOnly);
+    const ContainerPointer model = makeContainer(card.applicationPath());
+    model->readFromCard(&card.os());
+    const Shown object =
+        name.isAuth ? findAuth(*model, name.number) : findObject(*model, name.number);
+    if (call.options().json) {
+        call.printJson(object.json);
+        return ExitCode::done;
+    }
+    const Style style = call.style();
+    std::string text = style.heading(object.title) + "\n" + fieldsText(object.json, style);
+    if (!object.record.empty()) {
+        text += "\n" + style.heading("Record") + "\n" + indented(object.record, 2);
+    }
+    call.printText(text);
+    return ExitCode::done;
+}
+
+}  // namespace
+
+std::unique_ptr<Command> makeShowCommand() { return std::make_unique<ShowCommand>(); }
+
+}  // namespace tovi

@@ -8,7 +8,7 @@
 namespace tovi {
 
 /// Takes flags, authId and userConsent of an object, absent ones keeping their defaults, and sets
-/// CKA_PRIVATE and CKA_MODIFIABLE (CommonObjectAttributes, PKCS#15 v1.1, 6.1.8).
+/// CKA_PRIVATE and CKA_MODIFIABLE (CommonObjectAttributes, PKCS#15 v1.1).
 ///
 /// A flags string that is there but too short makes the object not modifiable.
 void getCommonAttributes(PKCS15Object& object, PKCS11Attrs& attributes,

@@ -9,7 +9,7 @@ namespace tovi {
 void ASN1_decodeP11BoolAttr(const ASN1::BIT_STRING& bits, PKCS11Attrs& attributes,
                             unsigned long attribute, unsigned int bit);
 
-/// Sets the ten usage attributes from KeyUsageFlags (PKCS#15 v1.1, 6.1.9), each explicitly to true
+/// Sets the ten usage attributes from KeyUsageFlags (PKCS#15 v1.1), each explicitly to true
 /// or false. nonRepudiation stands for CKA_ALWAYS_AUTHENTICATE.
 void decodeKeyUsageFlags(const ASN1::BIT_STRING& usage, PKCS11Attrs& attributes);
 

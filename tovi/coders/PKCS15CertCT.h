@@ -11,7 +11,7 @@ namespace tovi {
 /// The extended key usage smart-card logon, 1.3.6.1.4.1.311.20.2.2.
 extern const ASN1::OBJECT_IDENTIFIER SMARTCARD_LOGON_OID;
 
-/// The entry coder of certificates (PKCS#15 v1.1, 6.6).
+/// The entry coder of certificates (PKCS#15 v1.1).
 class PKCS15CertCT {
 public:
     /// Fills `info` from an X.509 certificate: true, or false when the access control part of the

@@ -7,7 +7,7 @@
 
 namespace tovi {
 
-/// The entry coder of data objects (PKCS#15 v1.1, 6.7).
+/// The entry coder of data objects (PKCS#15 v1.1).
 class PKCS15DataCT {
 public:
     /// Fills `info` from an opaque data object: true, or false when the access control part of the

@@ -25,7 +25,7 @@ void decodeKeyInfoReference(const std::optional<KeyInfo>& keyInfo, PKCS15Object&
         object.keyInfoReference = static_cast<std::uint16_t>(*reference);
 }
 
-/// What all key types have in common, in the order in which the parts stand in the record.
+/// What all key types have in common.
 template <class Info, class Object>
 bool decodeKey(const Object& object, std::string_view alternative, unsigned long keyType,
                PKCS15ObjectInfo<Info>& info) {
@@ -41,7 +41,8 @@ bool decodeKey(const Object& object, std::string_view alternative, unsigned long
 }
 
 template <class Info, class Object>
-bool decodeRSAKey(const Object& object, std::string_view alternative, PKCS15ObjectInfo<Info>& info) {
+bool decodeRSAKey(const Object& object, std::string_view alternative,
+                  PKCS15ObjectInfo<Info>& info) {
     info.modulusLength = static_cast<std::uint16_t>(object.typeAttributes.modulusLength.toUInt32());
     return decodeKey(object, alternative, CKK_RSA, info);
 }
@@ -51,8 +52,7 @@ std::optional<bool> decodePublic(const PKCS15::PublicKeyType& record,
                                  PKCS15ObjectInfo<Info>& info) {
     using Key = PKCS15::PublicKeyType;
     const std::string_view name = record.selectionName();
-    if (const auto* rsa = record.getIf<Key::publicRSAKey>())
-        return decodeRSAKey(*rsa, name, info);
+    if (const auto* rsa = record.getIf<Key::publicRSAKey>()) return decodeRSAKey(*rsa, name, info);
     if (const auto* ec = record.getIf<Key::publicECKey>())
         return decodeKey(*ec, name, CKK_EC, info);
     if (const auto* dh = record.getIf<Key::publicDHKey>())
@@ -68,8 +68,7 @@ std::optional<bool> PKCS15KeyCT::decodePrivateKey(const PKCS15::PrivateKeyType& 
                                                   PKCS15ObjectInfo<PrivateKeyInfo>& info) {
     using Key = PKCS15::PrivateKeyType;
     const std::string_view name = record.selectionName();
-    if (const auto* rsa = record.getIf<Key::privateRSAKey>())
-        return decodeRSAKey(*rsa, name, info);
+    if (const auto* rsa = record.getIf<Key::privateRSAKey>()) return decodeRSAKey(*rsa, name, info);
     if (const auto* ec = record.getIf<Key::privateECKey>())
         return decodeKey(*ec, name, CKK_EC, info);
     if (const auto* dh = record.getIf<Key::privateDHKey>())

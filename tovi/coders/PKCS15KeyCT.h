@@ -9,7 +9,7 @@
 
 namespace tovi {
 
-/// The entry coder of asymmetric keys (PKCS#15 v1.1, 6.3 and 6.4).
+/// The entry coder of asymmetric keys (PKCS#15 v1.1).
 class PKCS15KeyCT {
 public:
     /// Fills `info` from an RSA, EC, DH or DSA key: true, or false when the access control part of

@@ -8,7 +8,7 @@
 
 namespace tovi {
 
-/// The entry coder of secret keys (PKCS#15 v1.1, 6.5).
+/// The entry coder of secret keys (PKCS#15 v1.1).
 class PKCS15SecKeyCT {
 public:
     /// Fills `info` from a generic, DES or triple-DES key: true, or false when the access control

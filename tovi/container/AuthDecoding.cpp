@@ -1,4 +1,3 @@
-
 #include "tovi/container/FirstIndex.h"
 #include "tovi/container/PKCS15Container.h"
 #include "tovi/interfaces/PKCS15AuthCT.h"
@@ -21,21 +20,25 @@ void setFid16(PKCS15Object& object, std::uint16_t fid) {
 void PKCS15Container::initAuthObjs() {
     authInfos.reserve(rawAuthObjects.size());
     const SecretKeyIndex secretKeys(blockCipherKeyInfos);
-    for (ASN1Object<PKCS15::AuthenticationType>& record : rawAuthObjects) {
-        PKCS15ObjectInfo<AuthInfo> info;
-        record.isDecoded = record.value && initAuth(record, info, secretKeys);
-        authInfos.push_back(info);
-    }
+    for (auto& record : rawAuthObjects) initAuth(record, authInfos, secretKeys);
 }
 
 bool PKCS15Container::initAuth(ASN1Object<PKCS15::AuthenticationType>& record,
-                               PKCS15ObjectInfo<AuthInfo>& info,
-                               const SecretKeyIndex& secretKeys) {
+                               InfoList<AuthInfo>& infos, const SecretKeyIndex& secretKeys) {
+    PKCS15ObjectInfo<AuthInfo> info;
+    const bool understood = record.value && decodeAuth(record, info, secretKeys);
+    infos.push_back(info);
+    record.isDecoded = understood;
+    return understood;
+}
+
+bool PKCS15Container::decodeAuth(ASN1Object<PKCS15::AuthenticationType>& record,
+                                 PKCS15ObjectInfo<AuthInfo>& info,
+                                 const SecretKeyIndex& secretKeys) {
     using Auth = PKCS15::AuthenticationType;
     using External = PKCS15::ExternalAuthObjectAttributes;
     const Auth& value = *record.value;
-    if (const auto* pin = value.getIf<Auth::pin>())
-        return PKCS15AuthCT::decodePinInfo(info, *pin);
+    if (const auto* pin = value.getIf<Auth::pin>()) return PKCS15AuthCT::decodePinInfo(info, *pin);
     if (const auto* bio = value.getIf<Auth::biometricTemplate>()) {
         // A template that is not understood is an invalid record.
         record.isValid = PKCS15AuthCT::decodeBioInfo(info, *bio);

@@ -5,7 +5,13 @@ namespace tovi {
 
 void PKCS15Container::initDataInfos() {
     dataInfos.reserve(rawDataObjects.size());
-    initInfos(dataInfos, rawDataObjects, dataObject, PKCS15DataCT::decodeData);
+    InfoAppender<DataInfo> infos(dataInfos);
+    for (auto& record : rawDataObjects) initDataInfo(record, infos);
+}
+
+bool PKCS15Container::initDataInfo(ASN1Object<PKCS15::DataType>& record,
+                                   InfoAppender<DataInfo>& infos) {
+    return initInfo(record, infos, dataObject, PKCS15DataCT::decodeData);
 }
 
 }  // namespace tovi

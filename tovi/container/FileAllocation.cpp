@@ -1,4 +1,3 @@
-
 #include "tovi/container/FreeFID.h"
 #include "tovi/container/PKCS15Container.h"
 #include "tovi/interfaces/Exception.h"
@@ -29,7 +28,7 @@ unsigned long PKCS15Container::makeFATRecord(unsigned char objectType, bool isPr
     for (std::size_t i = 1; i < fatRecords.size(); ++i) {
         if (fatRecords[i].objectType != freeRow) continue;
         fatRecords[i] = rowFor(i, objectType, isPrivate);
-        return i;
+        return static_cast<unsigned long>(i);
     }
     return newFATRecord(objectType, isPrivate);
 }
@@ -42,16 +41,25 @@ unsigned long PKCS15Container::updateFATRecord(unsigned long recordNumber, unsig
 
 std::uint16_t PKCS15Container::getFreeFID(std::uint16_t startFID, unsigned char objectType) const {
     switch (objectType) {
-        case privateKeyObject: return getNextFreeFID(privateKeyInfos, startFID);
-        case publicKeyObject: return getNextFreeFID(publicKeyInfos, startFID);
-        case certificateObject: return getNextFreeFID(certificateInfos, startFID);
-        case dataObject: return getNextFreeFID(dataInfos, startFID);
-        case secretKeyObject: return getNextFreeFID(blockCipherKeyInfos, startFID);
-        case trustedPublicKeyObject: return getNextFreeFID(trustedPublicKeyInfos, startFID);
-        case trustedCertificateObject: return getNextFreeFID(trustedCertificateInfos, startFID);
-        case usefulCertificateObject: return getNextFreeFID(usefulCertificateInfos, startFID);
+        case privateKeyObject:
+            return getNextFreeFID(privateKeyInfos, startFID);
+        case publicKeyObject:
+            return getNextFreeFID(publicKeyInfos, startFID);
+        case certificateObject:
+            return getNextFreeFID(certificateInfos, startFID);
+        case dataObject:
+            return getNextFreeFID(dataInfos, startFID);
+        case secretKeyObject:
+            return getNextFreeFID(blockCipherKeyInfos, startFID);
+        case trustedPublicKeyObject:
+            return getNextFreeFID(trustedPublicKeyInfos, startFID);
+        case trustedCertificateObject:
+            return getNextFreeFID(trustedCertificateInfos, startFID);
+        case usefulCertificateObject:
+            return getNextFreeFID(usefulCertificateInfos, startFID);
         case authObject:
-        case authObjectAlternate: return getNextFreeFID(authInfos, startFID);
+        case authObjectAlternate:
+            return getNextFreeFID(authInfos, startFID);
         default:
             throw SmartcardException("unsupported object type", "PKCS15Container::getFreeFID");
     }

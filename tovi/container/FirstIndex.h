@@ -14,7 +14,8 @@ inline constexpr unsigned long noPosition = ~0UL;
 /// Finds the first info of a list with a given value of `Member`, such as its id, without walking
 /// the list.
 ///
-/// The member must not change, and the list must neither grow nor shrink, while the index is in use.
+/// The member must not change, and the list must neither grow nor shrink, while the index is in
+/// use.
 template <auto Member, class Info>
 class FirstIndex {
 public:

@@ -10,8 +10,8 @@ namespace tovi {
 
 /// The lowest value from `startFID` on that is not in `used`, reserved bands passed over.
 ///
-/// Throws "no free FID" (operation "getNextFreeFID") when the search reaches 7FFF: that one value is
-/// never given out, while values above it are.
+/// Throws "no free FID" (operation "getNextFreeFID") when the search reaches 7FFF: that one value
+/// is never given out, while values above it are.
 std::uint16_t lowestFreeFID(const std::set<std::uint16_t>& used, std::uint16_t startFID);
 
 /// The lowest FID from `startFID` on that no info of the list uses.

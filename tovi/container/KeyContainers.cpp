@@ -77,7 +77,9 @@ struct PKCS15Container::PairingIndexes {
 };
 
 bool PKCS15Container::isRecognised(const PKCS15Object& object) const {
-    return fatRecords[object.recordNumber].objectType != unrecognisedObjectType;
+    return object.recordNumber < fatRecords.size() &&
+           fatRecords[static_cast<std::size_t>(object.recordNumber)].objectType !=
+               unrecognisedObjectType;
 }
 
 unsigned long PKCS15Container::updateContainerCertificate(const PairingIndexes& indexes,
@@ -145,11 +147,15 @@ void PKCS15Container::updateContainerInfos(const PairingIndexes& indexes) {
     for (PKCS15ObjectInfo<PrivateKeyInfo>& key : privateKeyInfos) {
         const KeyUse use(key);
         if (!isRecognised(key) || use.both()) continue;
-        PKCS15ObjectInfo<ContainerInfo> container;
-        unsigned long target = noPosition;
+        unsigned long position = noPosition;
         if (!key.id.empty() && key.id[0] == signatureIdPrefix)
-            target = exchangeKeys.find(Blob(key.id.begin() + 1, key.id.end()));
-        if (target != noPosition) container = containerInfos[target];
+            position = exchangeKeys.find(Blob(key.id.begin() + 1, key.id.end()));
+        const bool joins = position != noPosition;
+        // A key that joins changes the container where it stands: copying it for every key that
+        // joins, with a label that grows, would cost quadratic time.
+        PKCS15ObjectInfo<ContainerInfo> fresh;
+        PKCS15ObjectInfo<ContainerInfo>& container = joins ? containerInfos[position] : fresh;
+        const std::uint64_t exchangeKeyBefore = container.exchangeKeyRecord;
 
         joinLabel(container.label, key.label);
         (use.sign ? container.signatureKeyRecord : container.exchangeKeyRecord) = key.recordNumber;
@@ -157,17 +163,16 @@ void PKCS15Container::updateContainerInfos(const PairingIndexes& indexes) {
             updateContainerCertificate(indexes, container, key.id, use.sign, use.decrypt);
         const unsigned long publicKey = updateContainerPrivateKey(indexes, key);
 
-        if (target != noPosition) {
+        std::uint64_t recordNumber = container.recordNumber;
+        if (joins) {
             // The key's own link stays as it was: callers find a joined key through its container.
-            exchangeKeys.replace(target, containerInfos[target].exchangeKeyRecord,
-                                 container.exchangeKeyRecord);
-            containerInfos[target] = container;
+            exchangeKeys.replace(position, exchangeKeyBefore, container.exchangeKeyRecord);
         } else {
-            const unsigned long position = addContainer(container);
-            exchangeKeys.set(position, container.exchangeKeyRecord);
-            key.auxValue2 = link(container.recordNumber);
+            exchangeKeys.set(addContainer(fresh), fresh.exchangeKeyRecord);
+            recordNumber = fresh.recordNumber;
+            key.auxValue2 = link(recordNumber);
         }
-        linkToContainer(publicKey, certificate, container.recordNumber);
+        linkToContainer(publicKey, certificate, recordNumber);
     }
 }
 

@@ -30,6 +30,9 @@ struct TokenInfo;
 
 namespace tovi {
 
+template <class Info>
+class InfoAppender;
+
 /// The in-memory model of one PKCS#15 application on a smart card.
 ///
 /// Reading selects the application, decodes EF(TokenInfo), EF(ODF) and every directory file that
@@ -42,8 +45,10 @@ namespace tovi {
 /// creator takes the first reference, the last Release() destroys the container.
 class PKCS15Container : public RefCounterImpl<IRefCounted, 0, SyncObject> {
 public:
+    /// The objects of one kind.
     template <class Info>
     using InfoList = std::vector<PKCS15ObjectInfo<Info>>;
+    /// The decoded records of one kind of file.
     template <class Type>
     using RawList = std::vector<ASN1Object<Type>>;
 
@@ -57,12 +62,14 @@ public:
     /// Reads the whole application.
     ///
     /// Throws "Failed to select PKCS15 AID", or the message of the step that failed, always with
-    /// the operation "PKCS15Container::readFromCard" and code 0. After a failure the container keeps
-    /// what was read so far; call clear() before the next read, since reading appends.
+    /// the operation "PKCS15Container::readFromCard" and code 0; hasBeenRead() is then false. After
+    /// a failure the container keeps what was read so far; call clear() before the next read, since
+    /// reading appends.
     void readFromCard(ISCardOS* os);
     /// True after a readFromCard that succeeded.
     bool hasBeenRead() const { return isRead; }
-    /// Forgets everything read from the card except getTokenInfo(). May be called at any time.
+    /// Empties all lists of the model; getTokenInfo() and what the file handlers hold stay. May be
+    /// called at any time.
     void clear();
 
     /// The path of the directory below which the application's files lie, from 3F00 on.
@@ -78,20 +85,28 @@ public:
     void readODF(ISCardOS* os);
     /// Throws "Failed to decode PrKDF" and the like for the directory file that cannot be read.
     void readDirectoryFiles(ISCardOS* os);
-    /// Throws "invalid TokenInfo", "TokenInfo must be record[0]".
+    /// Fills getTokenInfo() and takes row 0 of the file-allocation table. Throws "invalid
+    /// TokenInfo", "TokenInfo must be record[0]".
     void initTokenInfo();
+    // Each appends one info, and but for initAuthObjs one row of the file-allocation table, for
+    // every record of its kind that was read, in file order. A record that did not decode, or is of
+    // an alternative that is not known, gets default fields and a row of type 64.
     void initPrivateKeyInfos();
     void initPublicKeyInfos();
     void initCertificateInfos();
     void initBlockCipherKeyInfos();
     void initDataInfos();
+    /// Pairs private keys with certificates and public keys of the same id, and joins the signature
+    /// key "S" + id to the container of the exchange key id. Needs the infos of keys and
+    /// certificates.
     void initContainerInfos();
+    /// Needs the infos of secret keys: an authentication key takes over the file of its secret key.
     void initAuthObjs();
 
     // ---- lookup ----
     //
-    // get...Info throws "invalid record number" (operation "PKCS15Container::checkObjectType") for a
-    // record number beyond the table, "invalid object type" for a row of another type, "invalid
+    // get...Info throws "invalid record number" (operation "PKCS15Container::checkObjectType") for
+    // a record number beyond the table, "invalid object type" for a row of another type, "invalid
     // record number" for a row without info, both with "PKCS15Container::getInfo". ref...Info gives
     // a reference to change the record through; its operation is "PKCS15Container::refInfo".
     // References hold until the list changes.
@@ -117,11 +132,13 @@ public:
 
     /// Throws "invalid record number" with the operation `where` beyond the last row.
     void checkRecordNumber(unsigned long recordNumber, const char* where) const;
-    /// Throws "invalid record number" as above, "invalid object type" with the operation `where`
+    /// Throws "invalid record number" beyond the last row, always with the operation
+    /// "PKCS15Container::checkObjectType", and "invalid object type" with the operation `where`
     /// when the row has another type.
     void checkObjectType(unsigned long recordNumber, unsigned char type, const char* where) const;
 
-    // ---- the whole model, in the order of the files; element i of an info list and of the raw list
+    // ---- the whole model, in the order of the files; element i of an info list and of the raw
+    // list
     // ---- of its kind are one object
 
     const PKCS15TokenInfo& getTokenInfo() const { return tokenInfo; }
@@ -188,12 +205,29 @@ private:
     struct SecretKeyIndex;
     struct PairingIndexes;
 
+    // One record each; false for one that did not become a complete info.
+    bool initPrivateKeyInfo(ASN1Object<PKCS15::PrivateKeyType>& record,
+                            InfoAppender<PrivateKeyInfo>& infos);
+    bool initPublicKeyInfo(ASN1Object<PKCS15::PublicKeyType>& record,
+                           InfoAppender<PublicKeyInfo>& infos);
+    bool initTrustedPublicKeyInfo(ASN1Object<PKCS15::PublicKeyType>& record,
+                                  InfoAppender<TrustedPublicKeyInfo>& infos);
+    bool initBlockCipherKeyInfo(ASN1Object<PKCS15::SecretKeyType>& record,
+                                InfoAppender<BlockCipherKeyInfo>& infos);
+    bool initCertificateInfo(ASN1Object<PKCS15::CertificateType>& record,
+                             InfoAppender<CertificateInfo>& infos);
+    bool initTrustedCertificateInfo(ASN1Object<PKCS15::CertificateType>& record,
+                                    InfoAppender<TrustedCertificateInfo>& infos);
+    bool initUsefulCertificateInfo(ASN1Object<PKCS15::CertificateType>& record,
+                                   InfoAppender<UsefulCertificateInfo>& infos);
+    bool initDataInfo(ASN1Object<PKCS15::DataType>& record, InfoAppender<DataInfo>& infos);
     template <class Info, class Type, class Decode>
-    void initInfos(InfoList<Info>& infos, RawList<Type>& raws, ObjectType objectType,
-                   Decode decode);
-
-    bool initAuth(ASN1Object<PKCS15::AuthenticationType>& record, PKCS15ObjectInfo<AuthInfo>& info,
+    bool initInfo(ASN1Object<Type>& record, InfoAppender<Info>& infos, ObjectType objectType,
+                  Decode decode);
+    bool initAuth(ASN1Object<PKCS15::AuthenticationType>& record, InfoList<AuthInfo>& infos,
                   const SecretKeyIndex& secretKeys);
+    bool decodeAuth(ASN1Object<PKCS15::AuthenticationType>& record,
+                    PKCS15ObjectInfo<AuthInfo>& info, const SecretKeyIndex& secretKeys);
     void takeKeyFile(PKCS15ObjectInfo<AuthInfo>& info, const SecretKeyIndex& secretKeys);
     bool isRecognised(const PKCS15Object& object) const;
     void updateContainerInfos(const PairingIndexes& indexes);

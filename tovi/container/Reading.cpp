@@ -33,6 +33,7 @@ bool readRecords(ISCardOS* os, ProfileDFHandler& handler, unsigned char tag, boo
 
 void PKCS15Container::readFromCard(ISCardOS* os) {
     constexpr const char* operation = "PKCS15Container::readFromCard";
+    isRead = false;
     if (!selectApp(os)) throw SmartcardException("Failed to select PKCS15 AID", operation);
     try {
         readTokenInfo(os);
@@ -91,14 +92,22 @@ void PKCS15Container::readDirectoryFiles(ISCardOS* os) {
         int kind = 0;
         while (kind < directoryKinds && !getPath(*rawODF[i].value, path, kind)) ++kind;
         switch (kind) {
-            case 0: read(prkdfHandler, rawPrivateKeys, path, "Failed to decode PrKDF"); break;
-            case 1: read(pukdfHandler, rawPublicKeys, path, "Failed to decode PuKDF"); break;
+            case 0:
+                read(prkdfHandler, rawPrivateKeys, path, "Failed to decode PrKDF");
+                break;
+            case 1:
+                read(pukdfHandler, rawPublicKeys, path, "Failed to decode PuKDF");
+                break;
             case 2:
                 read(trustedPukdfHandler, rawTrustedPublicKeys, path,
                      "Failed to decode TrustedPuKDF");
                 break;
-            case 3: read(skdfHandler, rawSecretKeys, path, "Failed to decode SKDF"); break;
-            case 4: read(cdfHandler, rawCertificates, path, "Failed to decode CDF"); break;
+            case 3:
+                read(skdfHandler, rawSecretKeys, path, "Failed to decode SKDF");
+                break;
+            case 4:
+                read(cdfHandler, rawCertificates, path, "Failed to decode CDF");
+                break;
             case 5:
                 read(trustedCdfHandler, rawTrustedCertificates, path,
                      "Failed to decode TrustedCDF");
@@ -106,9 +115,14 @@ void PKCS15Container::readDirectoryFiles(ISCardOS* os) {
             case 6:
                 read(usefulCdfHandler, rawUsefulCertificates, path, "Failed to decode UsefulCDF");
                 break;
-            case 7: read(dodfHandler, rawDataObjects, path, "Failed to decode DODF"); break;
-            case 8: read(aodfHandler, rawAuthObjects, path, "Failed to decode AODF"); break;
-            default: break;  // an entry of a kind that this version does not know
+            case 7:
+                read(dodfHandler, rawDataObjects, path, "Failed to decode DODF");
+                break;
+            case 8:
+                read(aodfHandler, rawAuthObjects, path, "Failed to decode AODF");
+                break;
+            default:
+                break;  // of a later edition, or an entry that names no file
         }
     }
 }

@@ -8,11 +8,11 @@ struct AuthInfo;
 template <class T>
 struct PKCS15ObjectInfo;
 
-/// The entry coder of authentication objects (PKCS#15 v1.1, 6.9 and annex C of its editions).
+/// The entry coder of authentication objects (AuthenticationType of PKCS#15 v1.1).
 ///
-/// Each decoder fills the common attributes, `reference` and the AuthInfo part as far as the record
-/// goes, also when it breaks a constraint, and returns whether the record was understood and its
-/// access control part is acceptable.
+/// Each decoder fills the common attributes, the AuthInfo part, and for PINs and templates
+/// `reference`, as far as the record goes, also when it breaks a constraint, and returns whether the
+/// record was understood and its access control part is acceptable.
 class PKCS15AuthCT {
 public:
     using Info = PKCS15ObjectInfo<AuthInfo>;

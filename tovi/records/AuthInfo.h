@@ -12,7 +12,7 @@ enum class AuthType : std::uint8_t { pin, biometric, authKey, external, none = 0
 /// No value in a number of AuthInfo.
 inline constexpr std::uint32_t noAuthValue = ~std::uint32_t{0};
 
-/// The typed part of an authentication object (entry of an AODF, PKCS#15 v1.1, 6.8). Members are
+/// The typed part of an authentication object (entry of an AODF, PKCS#15 v1.1). Members are
 /// named after the fields of the standard; those of other types keep their "no value".
 struct AuthInfo : PKCS11Attrs {
     Blob label;

@@ -19,30 +19,30 @@ inline constexpr std::uint64_t trustedUsageLogon = 0x100;
 /// What reading sets for a certificate whose trusted usage names smart-card logon.
 inline constexpr std::uint64_t trustedUsageLogonDecoded = 267;
 
-/// A private key (entry of a PrKDF, PKCS#15 v1.1, 6.3).
+/// A private key (entry of a PrKDF, PKCS#15 v1.1).
 struct PrivateKeyInfo : PKCS11Attrs {
     Blob label;
-    Blob id;                             ///< iD of CommonKeyAttributes
-    std::uint64_t keyType = noKeyType;   ///< CKK_ number
+    Blob id;                            ///< iD of CommonKeyAttributes
+    std::uint64_t keyType = noKeyType;  ///< CKK_ number
 };
 
-/// A public key (entry of a PuKDF, PKCS#15 v1.1, 6.4).
+/// A public key (entry of a PuKDF, PKCS#15 v1.1).
 struct PublicKeyInfo : PKCS11Attrs {
     Blob label;
-    Blob id;                             ///< iD of CommonKeyAttributes
-    std::uint64_t keyType = noKeyType;   ///< CKK_ number
+    Blob id;                            ///< iD of CommonKeyAttributes
+    std::uint64_t keyType = noKeyType;  ///< CKK_ number
 };
 
 /// A public key that the card issuer trusts.
 struct TrustedPublicKeyInfo : PublicKeyInfo {};
 
-/// A certificate of the holder (entry of a CDF, PKCS#15 v1.1, 6.6).
+/// A certificate of the holder (entry of a CDF, PKCS#15 v1.1).
 struct CertificateInfo : PKCS11Attrs {
     Blob label;
-    Blob id;                              ///< iD of CommonCertificateAttributes
-    std::uint64_t certificateType = 0;    ///< CKC_ number; only X.509 is decoded
+    Blob id;                            ///< iD of CommonCertificateAttributes
+    std::uint64_t certificateType = 0;  ///< CKC_ number; only X.509 is decoded
     std::uint64_t trustedUsage = noTrustedUsage;
-    Blob serialNumber;                    ///< content octets of the INTEGER, big-endian
+    Blob serialNumber;  ///< content octets of the INTEGER, big-endian
 };
 
 /// A certificate that the card issuer trusts.
@@ -51,7 +51,7 @@ struct TrustedCertificateInfo : CertificateInfo {};
 /// A certificate that is useful but neither the holder's nor trusted.
 struct UsefulCertificateInfo : CertificateInfo {};
 
-/// A secret key (entry of an SKDF, PKCS#15 v1.1, 6.5).
+/// A secret key (entry of an SKDF, PKCS#15 v1.1).
 struct BlockCipherKeyInfo : PKCS11Attrs {
     Blob label;
     Blob algorithmName;           ///< "DES", "TripleDES" or a name that the caller gave
@@ -59,7 +59,7 @@ struct BlockCipherKeyInfo : PKCS11Attrs {
     Blob id;                      ///< iD of CommonKeyAttributes
 };
 
-/// A data object (entry of a DODF, PKCS#15 v1.1, 6.7).
+/// A data object (entry of a DODF, PKCS#15 v1.1).
 struct DataInfo : PKCS11Attrs {
     Blob label;
     Blob applicationName;

@@ -22,7 +22,7 @@ inline constexpr std::int32_t noUserConsent = -1;
 /// No link to another object in auxValue1 and auxValue2.
 inline constexpr std::int64_t noLink = -1;
 
-/// Where an object's value lies on the card (Path, PKCS#15 v1.1, 6.1.5).
+/// Where an object's value lies on the card (Path, PKCS#15 v1.1).
 struct PKCS15Path {
     Blob path;                 ///< file identifiers, two octets each
     std::uint16_t index = 0;   ///< octet of a transparent file, record of a linear one
@@ -41,8 +41,7 @@ struct PKCS15Object {
     std::uint16_t keyInfoReference = noReference;
     std::uint16_t modulusLength = noModulusLength;  ///< of an RSA key, in bits
     PKCS15Path path;                                ///< where the object's value lies
-    /// File identifier of the value's file; only the low 16 bits mean something, and 0xFFFF and
-    /// above is none.
+    /// File identifier of the value's file. Only the low 16 bits mean something; FFFF is none.
     std::uint64_t fid = noFID;
     /// The object's row in the file-allocation table: the name by which callers know it.
     std::uint64_t recordNumber = noRecord;

@@ -8,7 +8,7 @@
 
 namespace tovi {
 
-/// One algorithm that the card can perform (AlgorithmInfo, PKCS#15 v1.1, 6.10).
+/// One algorithm that the card can perform (AlgorithmInfo, PKCS#15 v1.1).
 struct PKCS15AlgorithmInfo {
     std::uint64_t algorithm = 0;  ///< number of a PKCS#11 mechanism
     Blob algId;                   ///< arcs of the object identifier, one octet each
@@ -26,7 +26,7 @@ struct TokenInfo : PKCS11Attrs {
     std::uint8_t tokenAux3 = 0;
 };
 
-/// EF(TokenInfo) as a plain record (PKCS#15 v1.1, 6.10).
+/// EF(TokenInfo) as a plain record (PKCS#15 v1.1).
 struct PKCS15TokenInfo {
     Blob manufacturerID;
     bool readonly = false;

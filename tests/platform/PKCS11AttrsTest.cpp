@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tovi/interfaces/CardProfile.h"
+#include "tovi/interfaces/Exception.h"
 #include "tovi/interfaces/PKCS11.h"
 
 namespace tovi {
@@ -30,6 +31,34 @@ const Blob someOctets = {
     0, 0, 0, 0x03, 0, 0, 0, 3, 'K',  'E', 'Y',  // CKA_LABEL
     0, 0, 1, 0x08, 0, 0, 0, 1, 0x01,            // CKA_SIGN, true
 };
+
+TEST(PKCS11, NumbersAreThoseOfTheStandard) {
+    EXPECT_EQ(CKK_RSA, 0u);
+    EXPECT_EQ(CKK_DSA, 1u);
+    EXPECT_EQ(CKK_DH, 2u);
+    EXPECT_EQ(CKK_EC, 3u);
+    EXPECT_EQ(CKC_X_509, 0u);
+    EXPECT_EQ(CKA_PRIVATE, 0x002u);
+    EXPECT_EQ(CKA_ENCRYPT, 0x104u);
+    EXPECT_EQ(CKA_DECRYPT, 0x105u);
+    EXPECT_EQ(CKA_WRAP, 0x106u);
+    EXPECT_EQ(CKA_UNWRAP, 0x107u);
+    EXPECT_EQ(CKA_SIGN, 0x108u);
+    EXPECT_EQ(CKA_SIGN_RECOVER, 0x109u);
+    EXPECT_EQ(CKA_VERIFY, 0x10Au);
+    EXPECT_EQ(CKA_VERIFY_RECOVER, 0x10Bu);
+    EXPECT_EQ(CKA_DERIVE, 0x10Cu);
+    EXPECT_EQ(CKA_MODIFIABLE, 0x170u);
+    EXPECT_EQ(CKA_ALWAYS_AUTHENTICATE, 0x202u);
+}
+
+TEST(PKCS11Attrs, RefuseNumbersOfMoreThan32Bits) {
+    if constexpr (sizeof(unsigned long) > 4) {
+        PKCS11Attrs attributes;
+        EXPECT_THROW(attributes.SetParam(0x100000002UL, B_CK_TRUE), SmartcardException);
+        EXPECT_TRUE(attributes.Params().empty());
+    }
+}
 
 TEST(PKCS11Attrs, AreValidAndEmptyFromConstruction) {
     const PKCS11Attrs attributes;

@@ -31,7 +31,8 @@ public:
     /// The encoding that Import takes, attributes in numeric order.
     Blob Export() const;
 
-    /// Sets an attribute. A boolean is B_CK_TRUE or B_CK_FALSE, one octet 01 or 00.
+    /// Sets an attribute. A boolean is B_CK_TRUE or B_CK_FALSE, one octet 01 or 00. Throws
+    /// SmartcardException "invalid attribute" for a number of more than 32 bits.
     void SetParam(unsigned long attribute, const Blob& value);
     /// The value of a boolean attribute: 1 (CK_TRUE) or 0; 0 also when the set does not hold it or
     /// its value is not one octet.
@@ -47,10 +48,13 @@ public:
     std::vector<Param> Params() const;
 
 private:
+    /// Keeps the octets of an attribute that is no bit; null removes them.
+    void setOther(unsigned long attribute, const Blob* value);
+
     std::uint16_t present_ = 0;  // one bit a known boolean attribute
     std::uint16_t values_ = 0;
     bool valid_ = true;
-    std::unique_ptr<std::vector<Param>> others_;  // in numeric order; null while there is none
+    std::unique_ptr<std::vector<Param>> others_;  // in numeric order; may be null or empty
 };
 
 }  // namespace tovi

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "tovi/interfaces/Exception.h"
 #include "tovi/interfaces/PKCS11.h"
 
 namespace tovi {
@@ -106,21 +107,26 @@ Blob PKCS11Attrs::Export() const {
 }
 
 void PKCS11Attrs::SetParam(unsigned long attribute, const Blob& value) {
+    if (std::uint64_t{attribute} > 0xFFFFFFFF)
+        throw SmartcardException("invalid attribute", "PKCS11Attrs::SetParam");
     const std::uint16_t bit = bitOf(attribute);
     const bool asBit = bit != 0 && isBoolean(value);
+    setOther(attribute, asBit ? nullptr : &value);  // what may fail comes before the bits change
     present_ = static_cast<std::uint16_t>(asBit ? present_ | bit : present_ & ~bit);
     values_ = static_cast<std::uint16_t>(asBit && value[0] == 1 ? values_ | bit : values_ & ~bit);
+}
 
-    if (asBit && !others_) return;
+void PKCS11Attrs::setOther(unsigned long attribute, const Blob* value) {
+    if (!value && !others_) return;
     if (!others_) others_ = std::make_unique<std::vector<Param>>();
     const auto at = firstFrom(*others_, attribute);
     const bool found = at != others_->end() && at->attribute == attribute;
-    if (asBit) {
+    if (!value) {
         if (found) others_->erase(at);
     } else if (found) {
-        at->value = value;
+        at->value = *value;
     } else {
-        others_->insert(at, {attribute, value});
+        others_->insert(at, {attribute, *value});
     }
 }
 

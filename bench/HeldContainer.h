@@ -5,10 +5,13 @@
 
 namespace tovi::bench {
 
-/// An empty container of the usual application, for as long as this object lives.
+/// An empty container of one application, for as long as this object lives.
 class HeldContainer {
 public:
-    HeldContainer() : container_(new PKCS15Container(PKCS15_DF)) { container_->AddRef(); }
+    explicit HeldContainer(const Blob& appPath = PKCS15_DF)
+        : container_(new PKCS15Container(appPath)) {
+        container_->AddRef();
+    }
     ~HeldContainer() { container_->Release(); }
     HeldContainer(const HeldContainer&) = delete;
     HeldContainer& operator=(const HeldContainer&) = delete;

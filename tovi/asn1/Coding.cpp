@@ -5,7 +5,7 @@
 namespace ASN1 {
 
 bool decodeFresh(View input, const Type& type, void* fresh, Error& error, Rest rest) {
-    error = {};
+    if (error || !error.path.empty()) error = {};
     Reader in(input, error);
     Element element;
     if (!in.next(element)) return in.within(type.name);
@@ -14,9 +14,16 @@ bool decodeFresh(View input, const Type& type, void* fresh, Error& error, Rest r
 }
 
 bool decode(View input, AbstractData value, Error& error, Rest rest) {
-    AnyValue fresh(value.type());
-    if (!decodeFresh(input, value.type(), fresh.get(), error, rest)) return false;
-    value.type().lifetime->moveAssign(value.value(), fresh.get());
+    const Type& type = value.type();
+    // A CHOICE with nothing selected is fresh itself, and is easily made so again.
+    if (type.kind == Kind::choice && !type.otherForm && !chosen(type, value.value())) {
+        if (decodeFresh(input, type, value.value(), error, rest)) return true;
+        type.members[0].clear(value.value());
+        return false;
+    }
+    AnyValue fresh(type);
+    if (!decodeFresh(input, type, fresh.get(), error, rest)) return false;
+    type.lifetime->moveAssign(value.value(), fresh.get());
     return true;
 }
 

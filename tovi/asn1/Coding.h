@@ -3,6 +3,7 @@
 #include "tovi/asn1/AbstractData.h"
 #include "tovi/asn1/Error.h"
 #include "tovi/asn1/Octets.h"
+#include "tovi/asn1/Values.h"
 
 namespace ASN1 {
 
@@ -32,7 +33,15 @@ bool decodeFresh(View input, const Type& type, void* fresh, Error& error, Rest r
 
 template <Described T>
 bool decode(View input, T& value, Error& error, Rest rest) {
-    T fresh;
+    if constexpr (std::is_base_of_v<Choice<T>, T>) {
+        // With nothing selected it is fresh itself, and is easily made so again.
+        if (value.selection() == T::none) {
+            if (decodeFresh(input, T::type, &value, error, rest)) return true;
+            value.value = std::monostate();
+            return false;
+        }
+    }
+    T fresh{};
     if (!decodeFresh(input, *TypeOf<T>::value, &fresh, error, rest)) return false;
     value = static_cast<T&&>(fresh);
     return true;

@@ -6,12 +6,6 @@ namespace {
 
 constexpr std::size_t nobody = ~std::size_t{0};
 
-/// A mandatory CHOICE with "..." takes a tag it does not know; an optional one would swallow the element of
-/// a later member.
-bool takesAnyTag(const Member& member) {
-    return member.tag.isNone() && member.type->kind == Kind::choice && member.type->extension();
-}
-
 bool isMandatory(const Member& member) { return member.presence == Presence::mandatory; }
 
 /// The row from `next` on that takes the element; a mandatory one is not stepped over.
@@ -19,8 +13,11 @@ std::size_t findTaker(std::span<const Member> members, std::size_t next, const E
     for (; next < members.size(); ++next) {
         const Member& member = members[next];
         if (member.isExtension()) continue;
+        // A mandatory CHOICE finds out itself, and takes a tag it does not know if it has a "...". An
+        // optional one would then swallow the element of a later member.
+        if (isMandatory(member) && member.tag.isNone() && member.type->isUntagged()) return next;
         if (member.begins(element.tag, element.constructed)) return next;
-        if (isMandatory(member)) return takesAnyTag(member) ? next : nobody;
+        if (isMandatory(member)) return nobody;
     }
     return nobody;
 }
@@ -29,7 +26,7 @@ std::size_t findTaker(std::span<const Member> members, std::size_t next, const E
 class SequenceDecoder {
 public:
     SequenceDecoder(const Type& type, void* object, Reader& body)
-        : members_(type.members), extension_(type.extension()), object_(object), body_(&body) {}
+        : members_(type.members), extension_(type.extension), object_(object), body_(&body) {}
 
     bool run() {
         for (Element element; !body_->atEnd();) {
@@ -51,8 +48,9 @@ private:
         // Some cards write an empty explicit tag where an optional member is absent.
         if (member.presence == Presence::optional && element.content.empty() && member.isExplicit())
             return true;
-        return decodeMember(member, element, member.make(object_), *body_) ||
-               body_->within(member.name);
+        // What is mandatory is there already, and fresh.
+        void* value = isMandatory(member) ? member.locate(object_) : member.make(object_);
+        return decodeMember(member, element, value, *body_) || body_->within(member.name);
     }
 
     /// An element no member takes: of a later version, if there may be one here.
@@ -106,12 +104,11 @@ private:
 
 /// The alternative with the element's tag; without one the open type or the "..." of the CHOICE.
 const Member* findAlternative(const Type& type, const Element& element) {
-    const Member* takesRest = nullptr;
+    const Member* takesRest = type.extension;
     for (const Member& member : type.members) {
-        if (member.isExtension() || (member.tag.isNone() && member.type->kind == Kind::open))
-            takesRest = &member;
-        else if (member.begins(element.tag, element.constructed))
-            return &member;
+        if (member.isExtension() || !member.begins(element.tag, element.constructed)) continue;
+        if (!member.tag.isNone() || member.type->kind != Kind::open) return &member;
+        takesRest = &member;
     }
     return takesRest;
 }
@@ -151,8 +148,8 @@ bool failType(const Type& type, const Element& element, Reader& in) {
 }  // namespace
 
 bool decodeElement(const Type& type, const Element& element, void* value, Reader& in) {
-    if (!type.begins(element.tag, element.constructed) &&
-        !(type.kind == Kind::choice && type.extension()))
+    // An untagged type looks at the tag itself.
+    if (!type.isUntagged() && !type.begins(element.tag, element.constructed))
         return failType(type, element, in);
     if (type.otherForm) return decodeOrKeep(type, element, value, in);
     return type.decode(type, element, value, in);
@@ -208,7 +205,7 @@ bool decodeList(const Type& type, const Element& self, void* list, Reader& in) {
 
 void encodeSequence(const Type& type, const void* object, Writer& out) {
     std::span<const Unknown::Run> runs;
-    if (const Member* extension = type.extension())
+    if (const Member* extension = type.extension)
         runs = as<Unknown>(extension->get(object)).runs();
     for (std::size_t row = type.members.size();; --row) {
         while (!runs.empty() && runs.back().row >= row) {

@@ -104,7 +104,7 @@ std::string body(const Type& type, std::size_t indent, const Bounds& bounds) {
 }  // namespace
 
 std::string notation(const Type& type) {
-    const bool hasOwnTag = !type.isUntagged() && type.tag.cls != Tag::universal;
+    const bool hasOwnTag = !type.isUntagged() && type.tag.cls() != Tag::universal;
     return joined(reference(type), " ::= ", hasOwnTag ? joined(toString(type.tag), " ") : "",
                   body(type, 0, type.bounds));
 }

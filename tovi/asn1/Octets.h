@@ -103,7 +103,10 @@ public:
     void pop_back() { --size_; }
     void assign(View octets) {
         if (octets.size() > capacity_) return replace(octets);
-        if (!octets.empty()) std::memmove(data(), octets.data(), octets.size());
+        if (octets.size() <= inPlace)
+            copyShort(data(), octets);
+        else
+            std::memmove(data(), octets.data(), octets.size());
         size_ = static_cast<std::uint32_t>(octets.size());
     }
     void assign(std::initializer_list<std::uint8_t> octets) { assign(View(octets)); }
@@ -158,6 +161,29 @@ private:
     }
     void release() noexcept {
         if (!isInPlace()) delete[] room_.heap;
+    }
+    /// Copies up to inPlace octets, which may overlap, without a call.
+    static void copyShort(std::uint8_t* to, View from) noexcept {
+        const std::uint8_t* const octets = from.data();
+        const std::size_t size = from.size();
+        if (size >= 8) {
+            std::uint64_t head, middle, tail;
+            std::memcpy(&head, octets, 8);
+            std::memcpy(&middle, octets + (size >= 16 ? 8 : 0), 8);
+            std::memcpy(&tail, octets + size - 8, 8);
+            std::memcpy(to, &head, 8);
+            std::memcpy(to + (size >= 16 ? 8 : 0), &middle, 8);
+            std::memcpy(to + size - 8, &tail, 8);
+        } else if (size >= 4) {
+            std::uint32_t head, tail;
+            std::memcpy(&head, octets, 4);
+            std::memcpy(&tail, octets + size - 4, 4);
+            std::memcpy(to, &head, 4);
+            std::memcpy(to + size - 4, &tail, 4);
+        } else if (size > 0) {
+            const std::uint8_t head = octets[0], middle = octets[size / 2], tail = octets[size - 1];
+            to[0] = head, to[size / 2] = middle, to[size - 1] = tail;
+        }
     }
     void setSize(std::size_t size) {
         if (size > capacity_) grow(size);

@@ -51,7 +51,7 @@ void Printer::value(const Type& type, const void* value) {
 
 void Printer::sequence(const Type& type, const void* value) {
     std::span<const Unknown::Run> unknown;
-    if (const Member* extension = type.extension())
+    if (const Member* extension = type.extension)
         unknown = as<Unknown>(extension->get(value)).runs();
     std::size_t present = 0;
     for (const Member& member : type.members)

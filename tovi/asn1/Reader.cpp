@@ -4,7 +4,7 @@ namespace ASN1 {
 
 namespace {
 
-constexpr Tag endOfContents = universal(0);
+constexpr Tag endOfContents = universal(0);  // X.690 8.1.5
 constexpr std::uint8_t constructedBit = 0x20;
 constexpr std::uint8_t longForm = 0x1F;          // of a tag number (X.690 8.1.2.4)
 constexpr std::uint8_t indefiniteLength = 0x80;  // X.690 8.1.3.6
@@ -44,35 +44,19 @@ bool Reader::withinItem(std::size_t index) const {
 
 void Reader::forgive() const { *error_ = {}; }
 
-bool Reader::peek(Element& out) const {
-    return parse(out) && (out.tag != endOfContents || fail(Error::badTag));
+std::nullopt_t Reader::failToEnter(const Element& element) const {
+    fail(element.constructed ? Error::tooDeep : Error::badValue, element.whole.data());
+    return std::nullopt;
 }
 
-bool Reader::next(Element& out) {
-    if (!peek(out)) return false;
-    skip(out);
-    return true;
-}
-
-std::optional<Reader> Reader::enter(const Element& element) const {
-    if (!element.constructed) {
-        fail(Error::badValue, element.whole.data());
-        return std::nullopt;
-    }
-    if (depth_ == 0) {
-        fail(Error::tooDeep, element.whole.data());
-        return std::nullopt;
-    }
-    return Reader(element.content, origin_, depth_ - 1, *error_);
-}
-
-bool Reader::parse(Element& out) const {
+bool Reader::parseAnyHeader(Element& out) const {
     if (rest_.size() < 2) return fail(Error::truncated);
     const std::uint8_t lead = rest_[0];
-    out.tag = {Tag::Class(lead & 0xC0), lead & std::uint32_t{longForm}};
     out.constructed = (lead & constructedBit) != 0;
+    std::uint32_t number = lead & longForm;
     std::size_t at = 1;
-    if (out.tag.number == longForm && !parseLongTag(at, out)) return false;
+    if (number == longForm && !parseLongTag(at, number)) return false;
+    out.tag = {Tag::Class(lead & 0xC0), number};
     if (at == rest_.size()) return fail(Error::truncated);
     std::size_t length = rest_[at++];
     if (length >= indefiniteLength) {
@@ -85,19 +69,18 @@ bool Reader::parse(Element& out) const {
     return true;
 }
 
-bool Reader::parseLongTag(std::size_t& at, Element& out) const {
-    std::uint32_t number = 0;
+bool Reader::parseLongTag(std::size_t& at, std::uint32_t& number) const {
+    number = 0;
     std::uint8_t octet = 0;
     do {
         if (at == rest_.size()) return fail(Error::truncated);
         octet = rest_[at++];
-        if (number >> 24 != 0 || (number == 0 && octet == 0x80)) return fail(Error::badTag);
+        if (number >> (Tag::numberBits - 7) != 0 || (number == 0 && octet == 0x80))
+            return fail(Error::badTag);
         number = number << 7 | (octet & 0x7Fu);
     } while ((octet & 0x80) != 0);
     // Numbers up to 30 have the short form alone (X.690 8.1.2.2).
-    if (number < longForm) return fail(Error::badTag);
-    out.tag.number = number;
-    return true;
+    return number >= longForm || fail(Error::badTag);
 }
 
 bool Reader::parseLongLength(std::size_t& at, std::size_t& length) const {

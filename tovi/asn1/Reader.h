@@ -34,12 +34,21 @@ public:
     bool atEnd() const { return rest_.empty(); }
     View rest() const { return rest_; }
     /// Looks at the next element without taking it.
-    [[nodiscard]] bool peek(Element& out) const;
+    [[nodiscard]] bool peek(Element& out) const {
+        return parse(out) && (out.tag != universal(0) || fail(Error::badTag));
+    }
+    /// A reader over the content of `element`, one level deeper.
+    [[nodiscard]] std::optional<Reader> enter(const Element& element) const {
+        if (!element.constructed || depth_ == 0) return failToEnter(element);
+        return Reader(element.content, origin_, depth_ - 1, *error_);
+    }
     void skip(const Element& element) { rest_ = rest_.subspan(element.whole.size()); }
     /// Takes the next element.
-    [[nodiscard]] bool next(Element& out);
-    /// A reader over the content of `element`, one level deeper.
-    [[nodiscard]] std::optional<Reader> enter(const Element& element) const;
+    [[nodiscard]] bool next(Element& out) {
+        if (!peek(out)) return false;
+        skip(out);
+        return true;
+    }
 
     /// These record a failure and return false, so that a decoder can return their result.
     bool fail(Error::Kind kind) const { return fail(kind, rest_.data()); }
@@ -53,16 +62,28 @@ public:
 
 private:
     Reader(View input, const std::uint8_t* origin, unsigned depth, Error& error)
-        : rest_(input), origin_(origin), depth_(depth), error_(&error) {}
-    bool parse(Element& out) const;
-    bool parseLongTag(std::size_t& at, Element& out) const;
+        : rest_(input), origin_(origin), error_(&error), depth_(depth) {}
+    std::nullopt_t failToEnter(const Element& element) const;
+    bool parse(Element& out) const {
+        // Nearly all headers have two octets.
+        if (rest_.size() < 2 || (rest_[0] & 0x1F) == 0x1F || rest_[1] >= 0x80 ||
+            rest_[1] > rest_.size() - 2)
+            return parseAnyHeader(out);
+        out.tag = {Tag::Class(rest_[0] & 0xC0), rest_[0] & 0x1Fu};
+        out.constructed = (rest_[0] & 0x20) != 0;
+        out.content = rest_.subspan(2, rest_[1]);
+        out.whole = rest_.first(rest_[1] + std::size_t{2});
+        return true;
+    }
+    bool parseAnyHeader(Element& out) const;
+    bool parseLongTag(std::size_t& at, std::uint32_t& number) const;
     bool parseLongLength(std::size_t& at, std::size_t& length) const;
     bool measureIndefinite(std::size_t headerSize, Element& out) const;
 
     View rest_;
     const std::uint8_t* origin_;
-    unsigned depth_;
     Error* error_;
+    unsigned depth_;  ///< levels left
 };
 
 }  // namespace ASN1

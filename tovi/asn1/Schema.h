@@ -174,6 +174,12 @@ constexpr Row extension() {
     return unknown;
 }
 
+constexpr const Member* extensionOf(std::span<const Member> members) {
+    for (const Member& member : members)
+        if (member.isExtension()) return &member;
+    return nullptr;
+}
+
 template <class T>
 constexpr Type sequence(std::string_view name, std::span<const Member> members,
                         std::span<const Type* const> parameters = {}) {
@@ -184,6 +190,7 @@ constexpr Type sequence(std::string_view name, std::span<const Member> members,
             .decode = decodeSequence,
             .encode = encodeSequence,
             .members = members,
+            .extension = extensionOf(members),
             .parameters = parameters,
             .lifetime = &lifetimeOf<T>};
 }
@@ -196,6 +203,7 @@ constexpr Type choice(std::string_view name, std::span<const Member> members,
             .decode = decodeChoice,
             .encode = encodeChoice,
             .members = members,
+            .extension = extensionOf(members),
             .selection = [](const void* value) { return ASN1::as<T>(value).selection(); },
             .parameters = parameters,
             .lifetime = &lifetimeOf<T>};

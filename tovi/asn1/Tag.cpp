@@ -1,5 +1,7 @@
 #include "tovi/asn1/Tag.h"
 
+#include <iterator>
+
 namespace ASN1 {
 
 namespace {
@@ -15,21 +17,25 @@ constexpr const char* universalNames[] = {
     "BMPString",
 };
 
+std::string bracketed(const char* cls, std::uint32_t number) {
+    std::string text = "[";
+    return text.append(cls).append(std::to_string(number)).append("]");
+}
+
 }  // namespace
 
 std::string toString(Tag tag) {
-    const std::string number = std::to_string(tag.number);
-    switch (tag.cls) {
+    if (tag.isNone()) return "any type";
+    switch (tag.cls()) {
         case Tag::universal:
-            if (tag.number < std::size(universalNames) && universalNames[tag.number])
-                return universalNames[tag.number];
-            return "[UNIVERSAL " + number + "]";
-        case Tag::application: return "[APPLICATION " + number + "]";
-        case Tag::context: return "[" + number + "]";
-        case Tag::privateUse: return "[PRIVATE " + number + "]";
-        case Tag::none: break;
+            if (tag.number() < std::size(universalNames) && universalNames[tag.number()])
+                return universalNames[tag.number()];
+            return bracketed("UNIVERSAL ", tag.number());
+        case Tag::application: return bracketed("APPLICATION ", tag.number());
+        case Tag::context: return bracketed("", tag.number());
+        case Tag::privateUse: break;
     }
-    return "any type";
+    return bracketed("PRIVATE ", tag.number());
 }
 
 }  // namespace ASN1

@@ -7,19 +7,31 @@ namespace ASN1 {
 
 /// Class and number of a tag. The constructed bit is kept apart: a BER sender may choose the form of a
 /// string (X.690 8.7.1).
-struct Tag {
+class Tag {
+public:
     enum Class : std::uint8_t {
         universal = 0x00,
         application = 0x40,
         context = 0x80,
         privateUse = 0xC0,
-        none = 0xFF,  ///< of types without a tag of their own: CHOICE and open types
     };
-    Class cls = none;
-    std::uint32_t number = 0;
+    static constexpr unsigned numberBits = 28;
 
-    constexpr bool isNone() const { return cls == none; }
+    /// No tag: that of types without one of their own, CHOICE and open types.
+    constexpr Tag() = default;
+    /// `number` has at most numberBits bits.
+    constexpr Tag(Class cls, std::uint32_t number)
+        : code_(static_cast<std::uint32_t>(cls) << 24 | number) {}
+
+    constexpr bool isNone() const { return code_ == none; }
+    constexpr Class cls() const { return static_cast<Class>(code_ >> 24 & 0xC0); }
+    constexpr std::uint32_t number() const { return code_ & ((1u << numberBits) - 1); }
     friend constexpr bool operator==(Tag, Tag) = default;
+
+private:
+    static constexpr std::uint32_t none = ~std::uint32_t{0};
+
+    std::uint32_t code_ = none;  ///< one number, because tags are compared more than anything else
 };
 
 constexpr Tag universal(std::uint32_t number) { return {Tag::universal, number}; }

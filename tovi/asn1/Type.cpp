@@ -4,30 +4,12 @@
 
 namespace ASN1 {
 
-namespace {
-
-bool fits(Form form, bool constructed) {
-    return form == Form::either || (form == Form::constructed) == constructed;
-}
-
-}  // namespace
-
-bool Type::begins(Tag first, bool constructed) const {
-    if (!tag.isNone()) {
-        if (tag == first && fits(form, constructed)) return true;
-    } else if (kind == Kind::open) {
-        return true;
-    } else {
+bool Type::mayBegin(Tag first, bool constructed) const {
+    if (kind == Kind::open) return true;
+    if (tag.isNone())
         for (const Member& member : members)
             if (!member.isExtension() && member.begins(first, constructed)) return true;
-    }
     return otherForm && (otherTags.empty() || std::ranges::count(otherTags, first) != 0);
-}
-
-const Member* Type::extension() const {
-    for (const Member& member : members)
-        if (member.isExtension()) return &member;
-    return nullptr;
 }
 
 const OpenData* Type::otherFormOf(const void* value) const {
@@ -36,11 +18,6 @@ const OpenData* Type::otherFormOf(const void* value) const {
     if (kind == Kind::choice && chosen(*this, value)) return nullptr;
     if (kind == Kind::octetString && !as<Octets>(value).empty()) return nullptr;
     return otherForm(const_cast<void*>(value)).get();
-}
-
-bool Member::begins(Tag first, bool constructed) const {
-    if (tag.isNone()) return type->begins(first, constructed);
-    return tag == first && fits(isExplicit() ? Form::constructed : type->form, constructed);
 }
 
 const Member* memberAt(const Type& type, std::size_t position) {

@@ -98,6 +98,7 @@ struct Type {
     Bounds bounds = {};           ///< of this type wherever it is used
     Bounds accepted = {};         ///< wider than `bounds` where cards in use are
     std::span<const Member> members = {};
+    const Member* extension = nullptr;  ///< the "..." among the members, nullptr without one
     std::size_t (*selection)(const void* value) = nullptr;  ///< of a CHOICE: index of the variant
     const Type* element = nullptr;                          ///< of a list
     const ListAccess* list = nullptr;
@@ -113,12 +114,19 @@ struct Type {
 
     bool isUntagged() const { return tag.isNone(); }
     /// Whether an element with this header can be a value of the type, members not looked at.
-    bool begins(Tag first, bool constructed) const;
-    /// The "..." row, nullptr without one.
-    const Member* extension() const;
+    bool begins(Tag first, bool constructed) const {
+        if (tag == first && fitsForm(constructed)) return true;
+        return (tag.isNone() || otherForm) && mayBegin(first, constructed);
+    }
+    bool fitsForm(bool constructed) const {
+        return form == Form::either || (form == Form::constructed) == constructed;
+    }
     /// The element of another form that `value` holds instead of a value, nullptr without one.
     const OpenData* otherFormOf(const void* value) const;
     constexpr const Bounds& acceptedBounds() const { return accepted.areSet() ? accepted : bounds; }
+
+private:
+    bool mayBegin(Tag first, bool constructed) const;
 };
 
 /// How the interpreter handles the C++ member behind a row.
@@ -164,13 +172,16 @@ struct Member {
         const void* at = locate(const_cast<void*>(object));
         return slot->isDefault && slot->isDefault(at) ? nullptr : slot->get(at);
     }
-    bool isExtension() const { return presence == Presence::extension; }
+    constexpr bool isExtension() const { return presence == Presence::extension; }
     bool isOptional() const {
         return presence == Presence::optional || presence == Presence::defaulted;
     }
     /// A tag on an untagged type is explicit even where nobody says so (X.680 31.2.7).
     bool isExplicit() const { return explicitTag || (!tag.isNone() && type->isUntagged()); }
-    bool begins(Tag first, bool constructed) const;
+    bool begins(Tag first, bool constructed) const {
+        if (tag.isNone()) return type->begins(first, constructed);
+        return tag == first && (isExplicit() ? constructed : type->fitsForm(constructed));
+    }
     constexpr const Bounds& acceptedBounds() const { return accepted.areSet() ? accepted : bounds; }
 };
 

@@ -29,10 +29,10 @@ void Writer::header(Tag tag, bool constructed, std::size_t length) {
         for (; length != 0; length >>= 8, ++count) octet(static_cast<std::uint8_t>(length));
         octet(static_cast<std::uint8_t>(0x80 | count));
     }
-    const auto lead = static_cast<std::uint8_t>(tag.cls | (constructed ? 0x20 : 0));
-    if (tag.number < 0x1F) return octet(static_cast<std::uint8_t>(lead | tag.number));
+    const auto lead = static_cast<std::uint8_t>(tag.cls() | (constructed ? 0x20 : 0));
+    if (tag.number() < 0x1F) return octet(static_cast<std::uint8_t>(lead | tag.number()));
     std::uint8_t more = 0;
-    for (std::uint32_t number = tag.number; number != 0; number >>= 7, more = 0x80)
+    for (std::uint32_t number = tag.number(); number != 0; number >>= 7, more = 0x80)
         octet(static_cast<std::uint8_t>((number & 0x7F) | more));
     octet(static_cast<std::uint8_t>(lead | 0x1F));
 }

@@ -56,12 +56,20 @@ public:
     std::size_t failingCommand = 0;  ///< counted from 1; 0: none
     std::int64_t failure = statusWordCode + 0x6F00;
 
+    bool staysAway = false;  ///< after the failing command, all fail
+
+    bool isWritable = false;
+    std::size_t mostWritten = 255;
+    bool performsFailingWrite = false;  ///< the failing command is a write, and done all the same
+    std::size_t maxRecords = 254;       ///< of every linear file
+
     std::size_t selects = 0;
     std::size_t reads = 0;
+    std::size_t writes = 0;
     std::size_t octetsSent = 0;
     std::vector<Blob> selected;
 
-    std::size_t commands() const { return selects + reads; }
+    std::size_t commands() const { return selects + reads + writes; }
 
     Blob selectApplication(const Blob&, unsigned char) override { return {}; }
 
@@ -95,11 +103,31 @@ public:
         return sent(file_->records[number - 1]);
     }
 
-    void updateBinary(std::size_t, ASN1::View) override { refuse(statusWordCode + 0x6982); }
-    void updateRecord(std::size_t, ASN1::View) override { refuse(statusWordCode + 0x6982); }
-    void appendRecord(ASN1::View) override { refuse(statusWordCode + 0x6982); }
+    void updateBinary(std::size_t offset, ASN1::View octets) override {
+        if (octets.size() > mostWritten) refuse(statusWordCode + 0x6700);
+        write([&] {
+            if (offset > file_->octets.size() || octets.size() > file_->octets.size() - offset)
+                refuse(statusWordCode + 0x6B00);
+            std::copy(octets.begin(), octets.end(), file_->octets.begin() + offset);
+        });
+    }
+
+    void updateRecord(std::size_t number, ASN1::View record) override {
+        write([&] {
+            if (number > file_->records.size()) refuse(statusWordCode + 0x6A83);
+            file_->records[number - 1] = record;
+        });
+    }
+
+    void appendRecord(ASN1::View record) override {
+        write([&] {
+            if (file_->records.size() >= maxRecords) refuse(statusWordCode + 0x6A84);
+            file_->records.emplace_back(record);
+        });
+    }
+
     std::size_t maxRead() const override { return mostRead; }
-    std::size_t maxWrite() const override { return 255; }
+    std::size_t maxWrite() const override { return mostWritten; }
 
 private:
     [[noreturn]] static void refuse(std::int64_t code) {
@@ -107,7 +135,17 @@ private:
     }
 
     void failWhenAsked() const {
-        if (commands() == failingCommand) refuse(failure);
+        const bool isAway = staysAway && failingCommand != 0 && commands() > failingCommand;
+        if (commands() == failingCommand || isAway) refuse(failure);
+    }
+
+    template <class Performance>
+    void write(const Performance& perform) {
+        ++writes;
+        if (!isWritable) refuse(statusWordCode + 0x6982);
+        if (commands() == failingCommand && performsFailingWrite) perform();
+        failWhenAsked();
+        perform();
     }
 
     Blob sent(ASN1::View octets) {
@@ -115,7 +153,7 @@ private:
         return octets;
     }
 
-    const FakeFile* file_ = nullptr;
+    FakeFile* file_ = nullptr;
 };
 
 }  // namespace tovi::test

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tovi/interfaces/Exception.h"
+#include "tovi/platform/BinaryReader.h"
 #include "tovi/platform/RecordScanner.h"
 #include "tovi/platform/TlvHeader.h"
 
@@ -12,20 +13,16 @@ namespace {
 constexpr const char* HERE = "ProfileDFHandler::ReadFile";
 
 // Status words of ISO/IEC 7816-4:2005, 5.1.3, that reading understands.
-constexpr std::int64_t endBeforeLength = statusWordCode + 0x6282;
-constexpr std::int64_t wrongLength = statusWordCode + 0x6700;
 constexpr std::int64_t wrongStructure = statusWordCode + 0x6981;
 constexpr std::int64_t recordNotFound = statusWordCode + 0x6A83;
-constexpr std::int64_t offsetOutside = statusWordCode + 0x6B00;
 
 /// Reads a transparent file from its first octet on, response by response.
 class TransparentReader {
 public:
     TransparentReader(ISCardOS& os, DirectoryFile& file)
-        : os_(os),
-          file_(file),
+        : file_(file),
           size_(file.info.size == 0 ? RecordScanner::unknownSize : file.info.size),
-          most_(std::max<std::size_t>(os.maxRead(), 1)) {}
+          reader_(os) {}
 
     void read(ReadExtent extent) {
         std::size_t response = 0;  // where the last one begins
@@ -39,6 +36,8 @@ public:
         finish();
     }
 
+    const std::vector<FileEntry>& entries() const { return scanner_.entries(); }
+
 private:
     bool paddingFollows(std::size_t response) const {
         const auto padding = scanner_.uniformPadding(file_.octets);
@@ -50,60 +49,29 @@ private:
 
     void append() {
         const std::size_t offset = file_.octets.size();
-        const std::size_t length = std::min({most_, size_ - offset, maxDirectoryFileSize - offset});
+        const std::size_t length =
+            std::min({reader_.most(), size_ - offset, maxDirectoryFileSize - offset});
         if (length == 0) throw SmartcardException("directory file too long", HERE);
-        const Blob response = request(offset, length);
+        const Blob response = reader_.read(offset, length);
         const std::size_t got = std::min(response.size(), length);
         file_.octets.insert(file_.octets.end(), response.begin(), response.begin() + got);
         // A size that the card told is believed until nothing comes any more.
         const bool sizeIsTold = size_ != RecordScanner::unknownSize;
-        const bool isShort = got < std::min(length, most_);
+        const bool isShort = got < std::min(length, reader_.most());
         if (got == 0 || (isShort && !sizeIsTold)) size_ = file_.octets.size();
-    }
-
-    /// What the file holds at `offset`; empty at its end.
-    ///
-    /// A card stack that reports the end of the file as a failure loses what came before it, and
-    /// some cards refuse a length that passes the end: then half as much is asked for, until
-    /// something comes.
-    Blob request(std::size_t offset, std::size_t length) {
-        while (true) {
-            try {
-                return os_.readBinary(offset, length);
-            } catch (const SmartcardException& failure) {
-                const std::int64_t code = failure.GetCode();
-                if (code == offsetOutside) return {};
-                if (code == endBeforeLength && length == 1) return {};
-                if ((code != endBeforeLength && code != wrongLength) || length == 1) throw;
-            }
-            length /= 2;
-            most_ = length;
-        }
     }
 
     void finish() {
         file_.isWhole = file_.octets.size() >= size_;
         file_.size = size_ == RecordScanner::unknownSize ? 0 : size_;
         file_.octets.shrink_to_fit();
-        for (const FileEntry& entry : scanner_.entries())
-            if (entry.kind == FileEntry::Kind::record || entry.kind == FileEntry::Kind::broken)
-                file_.places.push_back({entry.offset, entry.length});
     }
 
-    ISCardOS& os_;
     DirectoryFile& file_;
     RecordScanner scanner_;
     std::size_t size_;  // of the whole file, or RecordScanner::unknownSize
-    std::size_t most_;  // octets that one command is asked for
+    BinaryReader reader_;
 };
-
-/// Octets of the record that stands at the beginning of a slot; 0 when the slot is free.
-std::size_t recordInSlot(ASN1::View slot) {
-    if (slot.empty() || !isRecordTag(slot[0])) return 0;
-    const TlvHeader header = readTlvHeader(slot);
-    const bool fits = header.state == TlvHeader::State::complete && header.total() <= slot.size();
-    return fits ? static_cast<std::size_t>(header.total()) : slot.size();
-}
 
 void readLinear(ISCardOS& os, DirectoryFile& file) {
     const std::size_t told = file.info.recordCount;
@@ -124,7 +92,10 @@ void readLinear(ISCardOS& os, DirectoryFile& file) {
 
 void readTransparent(ISCardOS& os, DirectoryFile& file, ReadExtent extent) {
     try {
-        TransparentReader(os, file).read(extent);
+        TransparentReader reader(os, file);
+        reader.read(extent);
+        for (const FileEntry& entry : reader.entries())
+            if (entry.isRecord()) file.places.push_back({entry.offset, entry.length});
     } catch (const SmartcardException& failure) {
         // A card that tells nothing on SELECT says by this that the file holds records.
         const bool nothingRead = file.octets.empty() && file.info.size == 0;
@@ -157,6 +128,17 @@ DirectoryFile readDirectoryFile(ISCardOS& os, const Blob& path, ReadExtent exten
             throw SmartcardException("unusable file structure", HERE);
     }
     return file;
+}
+
+void readRest(ISCardOS& os, DirectoryFile& file) {
+    TransparentReader(os, file).read(ReadExtent::wholeFile);
+}
+
+std::size_t recordInSlot(ASN1::View slot) {
+    if (slot.empty() || !isRecordTag(slot[0])) return 0;
+    const TlvHeader header = readTlvHeader(slot);
+    const bool fits = header.state == TlvHeader::State::complete && header.total() <= slot.size();
+    return fits ? static_cast<std::size_t>(header.total()) : slot.size();
 }
 
 }  // namespace tovi

@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "tovi/interfaces/Blob.h"
 #include "tovi/interfaces/ISCardOS.h"
+#include "tovi/platform/RecordChange.h"
 
 namespace tovi {
 
@@ -24,7 +26,20 @@ inline constexpr std::size_t paddingThatEndsReading = 64;
 struct RecordPlace {
     std::uint32_t start = 0;   ///< transparent: offset; linear: record number less one
     std::uint32_t length = 0;  ///< octets of the record, without padding
-    bool counted = true;       ///< false for one that the reader's tag left out: it has no index
+    bool counted = true;       ///< false for one that has no index, such as one of another tag
+    /// Written by an operation that then failed, so that nobody counts it.
+    bool isOrphan = false;
+
+    /// False for a record that is gone though its removal was reported as failed: its index stays.
+    bool isOnCard() const { return length > 0; }
+};
+
+/// A command that failed in a way that leaves open whether the card performed it.
+struct DoubtfulWrite {
+    std::size_t start = 0;  ///< transparent: offset; linear: record number less one
+    Blob octets;            ///< what it would have written
+    RecordChange::Kind effect = RecordChange::Kind::none;  ///< on the records, if performed
+    std::size_t place = 0;                                 ///< which the effect has
 };
 
 /// A directory file as far as it has been read.
@@ -43,6 +58,12 @@ struct DirectoryFile {
 
     /// The records, in file order. Everything between and behind them is free.
     std::vector<RecordPlace> places;
+
+    /// Set when a write failed: `octets` or `slots` are what the card held before that command.
+    std::optional<DoubtfulWrite> doubt;
+    /// False when a write ended early: which records are there is as `places` says, in this order,
+    /// but where they stand is not.
+    bool isSettled = true;
 
     bool isLinear() const { return info.structure != FileStructure::transparent; }
     /// The octets of a record of this file; valid until the file changes.
@@ -66,5 +87,14 @@ enum class ReadExtent : std::uint8_t {
 /// Throws SmartcardException: "unusable file structure" for what is neither transparent nor linear,
 /// "directory file too long" behind maxDirectoryFileSize, and whatever `os` throws.
 DirectoryFile readDirectoryFile(ISCardOS& os, const Blob& path, ReadExtent extent);
+
+/// Reads the selected transparent `file` on to its end. `places` stay as they are.
+///
+/// Throws as readDirectoryFile does; what came before is kept.
+void readRest(ISCardOS& os, DirectoryFile& file);
+
+/// Octets of the record that stands at the beginning of a record of a linear file; 0 when that is
+/// free.
+std::size_t recordInSlot(ASN1::View slot);
 
 }  // namespace tovi

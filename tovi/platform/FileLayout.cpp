@@ -43,7 +43,7 @@ private:
     void addRecords() {
         layout_.limit = file_.size();
         for (const FileEntry& entry : entries_) {
-            if (entry.kind != Kind::record && entry.kind != Kind::broken) continue;
+            if (!entry.isRecord()) continue;
             const bool isChanged = changesExisting() && layout_.items.size() == change_.place;
             if (entry.kind == Kind::broken && !isChanged) {
                 layout_.isWalled = true;

@@ -6,21 +6,9 @@
 #include <vector>
 
 #include "tovi/interfaces/Blob.h"
+#include "tovi/platform/RecordChange.h"
 
 namespace tovi {
-
-/// What is to become of the records of a transparent directory file.
-struct RecordChange {
-    enum class Kind : std::uint8_t {
-        none,     ///< gaps are closed, nothing else
-        insert,   ///< `record` comes in front of record `place`, or behind the last one
-        replace,  ///< `record` comes in the place of record `place`
-        remove    ///< record `place` goes
-    };
-    Kind kind = Kind::none;
-    std::size_t place = 0;  ///< counts all records of the file, from 0
-    ASN1::View record;      ///< must outlive the planning
-};
 
 /// Where the records of a transparent directory file stand and where they are to stand: one behind
 /// the other from the first octet on, with padding behind them.

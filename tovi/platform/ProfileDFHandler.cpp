@@ -60,8 +60,7 @@ std::vector<Blob> unwrapped(std::vector<Blob> records) {
     const ASN1::View contents = ASN1::View(records[0]).subspan(header.size);
     std::vector<Blob> entries;
     for (const FileEntry& entry : scanRecords(contents))
-        if (entry.kind == FileEntry::Kind::record || entry.kind == FileEntry::Kind::broken)
-            entries.emplace_back(contents.subspan(entry.offset, entry.length));
+        if (entry.isRecord()) entries.emplace_back(contents.subspan(entry.offset, entry.length));
     const bool isODF = !entries.empty() && entries[0][0] >= firstContextTag;
     return isODF ? entries : records;
 }

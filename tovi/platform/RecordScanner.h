@@ -23,6 +23,9 @@ struct FileEntry {
     std::uint32_t offset = 0;  ///< from the first octet of the file on
     std::uint32_t length = 0;  ///< in octets
 
+    /// Whether it is a record, broken or not.
+    bool isRecord() const { return kind == Kind::record || kind == Kind::broken; }
+
     friend bool operator==(const FileEntry&, const FileEntry&) = default;
 };
 

@@ -20,11 +20,32 @@ function(tovi_folder name)
   set_property(GLOBAL APPEND PROPERTY TOVI_FOLDERS tovi_${name})
 endfunction()
 
+# tovi_precompiled(<target> <set> <headers>...): compiles the headers once for all targets of a set; they only
+# save time, every source includes what it uses.
+option(TOVI_PRECOMPILE "Precompile the large headers of tests and command" OFF)
+function(tovi_precompiled target set)
+  if(NOT TOVI_PRECOMPILE)
+    return()
+  endif()
+  if(TARGET tovi_precompiled_${set})
+    target_precompile_headers(${target} REUSE_FROM tovi_precompiled_${set})
+    return()
+  endif()
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/precompiled_${set}.cpp CONTENT "")
+  add_library(tovi_precompiled_${set} OBJECT ${PROJECT_BINARY_DIR}/precompiled_${set}.cpp)
+  target_link_libraries(tovi_precompiled_${set} PRIVATE $<TARGET_PROPERTY:${target},LINK_LIBRARIES>)
+  target_precompile_headers(tovi_precompiled_${set} PRIVATE ${ARGN})
+  target_precompile_headers(${target} REUSE_FROM tovi_precompiled_${set})
+endfunction()
+
 # tovi_test(<name> <sources>...): the tests of one folder in one executable.
 function(tovi_test name)
   add_executable(tovi_test_${name} ${ARGN})
   target_link_libraries(tovi_test_${name} PRIVATE tovi tovi_options GTest::gmock_main)
   target_compile_definitions(tovi_test_${name} PRIVATE
     TOVI_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" TOVI_TEST_CARDS="${PROJECT_SOURCE_DIR}/tests/cards")
+  tovi_precompiled(tovi_test_${name} tests
+    <gmock/gmock.h> <gtest/gtest.h> <map> <string> <vector> "${PROJECT_SOURCE_DIR}/tovi/container/PKCS15Container.h"
+    "${PROJECT_SOURCE_DIR}/tovi/pkcs15/PKCS15.h")
   gtest_discover_tests(tovi_test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()

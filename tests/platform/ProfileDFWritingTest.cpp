@@ -1,19 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "tests/platform/FakeCard.h"
-#include "tovi/interfaces/CardProfile.h"
-#include "tovi/interfaces/ProfileDFHandler.h"
-#include "tovi/platform/RecordScanner.h"
+#include "tests/platform/WrittenKind.h"
 
 namespace tovi {
 namespace {
 
 using test::FakeCard;
+using test::fileOf;
 using test::linearFile;
 using test::times;
 using test::transparentFile;
@@ -21,113 +18,17 @@ using test::transparentFileOfUnknownSize;
 using test::operator+;
 using Records = std::vector<Blob>;
 
-const Blob path = {0x3F, 0x00, 0x50, 0x15, 0x44, 0x01};
-const Blob second = {0x3F, 0x00, 0x50, 0x15, 0x44, 0x02};
-
-/// A record of `length` octets, 2 to 257, with `name` in its contents.
-Blob record(std::size_t length, std::uint8_t name) {
-    Blob record = {0x30};
-    if (length > 129) record.push_back(0x81);
-    record.push_back(static_cast<std::uint8_t>(length - record.size() - 1));
-    return record + times(length - record.size(), name);
-}
+using test::changed;
+using test::failureOf;
+using test::Kind;
+using test::noRoom;
+using test::record;
+using test::smartcardFailure;
 
 const Blob a = record(20, 0x31);
 const Blob b = record(30, 0x32);
 const Blob c = record(40, 0x33);
 const Blob fresh = record(25, 0x34);
-
-struct Expected {
-    std::string message;
-    std::string operation;
-    std::int64_t code = 0;
-    friend bool operator==(const Expected&, const Expected&) = default;
-};
-
-void PrintTo(const Expected& failure, std::ostream* out) {
-    *out << failure.message << " (" << failure.operation << ", " << failure.code << ")";
-}
-
-Expected changed(const std::string& operation) {
-    return {"directory file changed", "ProfileDFHandler::" + operation, 0};
-}
-
-Expected noRoom(const std::string& operation) {
-    return {"not enough memory", "ProfileDFHandler::" + operation, statusWordCode + 0x6A84};
-}
-
-Expected failureOf(const std::function<void()>& operation) {
-    try {
-        operation();
-    } catch (const SmartcardException& failure) {
-        return {failure.GetMessage(), failure.GetOperation(), failure.GetCode()};
-    }
-    return {"none", "", 0};
-}
-
-/// A card with files of one kind and a handler that has read them.
-class Kind {
-public:
-    explicit Kind(test::FakeFile file) {
-        card.files[path] = std::move(file);
-        read();
-    }
-    Kind(test::FakeFile file, test::FakeFile other) {
-        card.files[path] = std::move(file);
-        card.files[second] = std::move(other);
-        read();
-    }
-
-    void read(unsigned char tag = IGNORE_TAG) {
-        card.isWritable = true;
-        for (const auto& [name, file] : card.files) {
-            handler->SetFilePath(name, nullptr);
-            handler->ReadFile(&card, tag, true);
-        }
-        forgetCosts();
-    }
-
-    void forgetCosts() { card.selects = card.reads = card.writes = 0; }
-
-    unsigned long write(const Blob& record) {
-        unsigned long index = 999;
-        EXPECT_TRUE(handler->WriteSequence(&card, record, index));
-        return index;
-    }
-    void update(unsigned long index, const Blob& record) {
-        EXPECT_TRUE(handler->UpdateSequence(&card, index, record));
-    }
-    bool remove(unsigned long index) { return handler->DeleteSequence(&card, index); }
-
-    Blob& octets(const Blob& name = path) { return card.files[name].octets; }
-    Records& slots() { return card.files[path].records; }
-
-    /// What somebody finds who reads all files of the card now.
-    Records found() const {
-        FakeCard copy = card;
-        copy.failingCommand = 0;
-        ProfileDFHandler reader({0x50, 0x15});
-        Records records;
-        for (const auto& [name, file] : copy.files) {
-            reader.SetFilePath(name, nullptr);
-            reader.ReadFile(&copy, IGNORE_TAG, true);
-            records.insert(records.end(), reader.records().begin(), reader.records().end());
-        }
-        return records;
-    }
-
-    FakeCard card;
-    std::unique_ptr<ProfileDFHandler> handler =
-        std::make_unique<ProfileDFHandler>(Blob{0x50, 0x15});
-};
-
-test::FakeFile fileOf(const Blob& records, std::size_t size, std::uint8_t fill = 0x00) {
-    return transparentFile(records + times(size - records.size(), fill));
-}
-
-test::FakeFile slotsOf(FileStructure structure, Records records) {
-    return linearFile(structure, std::move(records));
-}
 
 TEST(WriteSequence, AppendsWithThreeCommands) {
     Kind kind(fileOf(a + b, 200));
@@ -243,7 +144,7 @@ TEST(WriteSequence, GoesInFrontOfABrokenRecord) {
 TEST(WriteSequence, TakesTheLastFileThatHasRoom) {
     Kind kind(fileOf(a + b, 200), fileOf(c, 70));
     EXPECT_EQ(kind.write(fresh), 3u);
-    EXPECT_EQ(kind.octets(second), c + fresh + times(5, 0x00));
+    EXPECT_EQ(kind.octets(Kind::second), c + fresh + times(5, 0x00));
     EXPECT_EQ(kind.write(fresh), 2u) << "behind the last record of the first file";
     EXPECT_EQ(kind.octets(), a + b + fresh + times(125, 0x00));
     EXPECT_EQ(kind.found(), (Records{a, b, fresh, c, fresh}));
@@ -355,17 +256,17 @@ TEST(ProfileDFWriting, NeedsACardAFileAndARecord) {
     unsigned long index = 77;
     const std::string prefix = "ProfileDFHandler::";
     EXPECT_EQ(failureOf([&] { handler.WriteSequence(nullptr, a, index); }),
-              (Expected{"no card", prefix + "WriteSequence"}));
+              smartcardFailure("no card", prefix + "WriteSequence"));
     EXPECT_EQ(failureOf([&] { handler.UpdateSequence(nullptr, 0, a); }),
-              (Expected{"no card", prefix + "UpdateSequence"}));
+              smartcardFailure("no card", prefix + "UpdateSequence"));
     EXPECT_EQ(failureOf([&] { handler.DeleteSequence(nullptr, 0); }),
-              (Expected{"no card", prefix + "DeleteSequence"}));
+              smartcardFailure("no card", prefix + "DeleteSequence"));
     EXPECT_EQ(failureOf([&] { handler.WriteSequence(&card, a, index); }),
-              (Expected{"no directory file", prefix + "WriteSequence"}));
+              smartcardFailure("no directory file", prefix + "WriteSequence"));
     EXPECT_EQ(failureOf([&] { handler.UpdateSequence(&card, 0, a); }),
-              (Expected{"no directory file", prefix + "UpdateSequence"}));
+              smartcardFailure("no directory file", prefix + "UpdateSequence"));
     EXPECT_EQ(failureOf([&] { handler.DeleteSequence(&card, 0); }),
-              (Expected{"no directory file", prefix + "DeleteSequence"}));
+              smartcardFailure("no directory file", prefix + "DeleteSequence"));
     EXPECT_EQ(index, 77u);
     EXPECT_EQ(card.commands(), 0u);
 }
@@ -373,7 +274,7 @@ TEST(ProfileDFWriting, NeedsACardAFileAndARecord) {
 TEST(ProfileDFWriting, WritesNoFileThatWasReadOnlyToBeRead) {
     Kind kind(fileOf(a, 100));
     ProfileDFHandler odf({0x50, 0x15});
-    odf.SetFilePath(path, nullptr);
+    odf.SetFilePath(Kind::path, nullptr);
     odf.ReadFile(&kind.card, IGNORE_TAG, false);
     EXPECT_EQ(failureOf([&] { odf.UpdateSequence(&kind.card, 0, b); }).message,
               "no directory file");
@@ -416,16 +317,17 @@ TEST(ProfileDFWriting, WritesNothingWhenSomebodyElseDid) {
 
 TEST(ProfileDFWriting, WritesNothingToAFileOfAnotherSize) {
     Kind kind(fileOf(a + b, 200));
-    kind.card.files[path] = fileOf(a + b, 300);
+    kind.card.files[Kind::path] = fileOf(a + b, 300);
     EXPECT_EQ(failureOf([&] { kind.remove(0); }), changed("DeleteSequence"));
-    kind.card.files[path] = slotsOf(FileStructure::linearFixed, {a});
+    kind.card.files[Kind::path] = linearFile(FileStructure::linearFixed, {a});
     EXPECT_EQ(failureOf([&] { kind.write(c); }), changed("WriteSequence"));
 }
 
 TEST(ProfileDFWriting, ReportsWhatTheCardReports) {
     Kind kind(fileOf(a + b, 200));
     kind.card.isWritable = false;
-    const Expected refusal = {"refused", "FakeCard", statusWordCode + 0x6982};
+    const test::Failure refusal = {test::smartcardId, "refused", "FakeCard",
+                                   statusWordCode + 0x6982};
     unsigned long index = 5;
     EXPECT_EQ(failureOf([&] { kind.handler->WriteSequence(&kind.card, c, index); }), refusal);
     EXPECT_EQ(index, 5u);

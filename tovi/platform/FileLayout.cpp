@@ -83,7 +83,13 @@ private:
             const bool isChanged = &item == layout_.items.data() + layout_.changed;
             item.isPlaced = item.at == item.target && !isChanged;
         }
-        layout_.keepsPlaces = isPacked_ && layout_.end == layout_.oldEnd;
+        layout_.keepsPlaces = isPacked_ && !hasJunkAtEnd() && layout_.end == layout_.oldEnd;
+    }
+
+    bool hasJunkAtEnd() const {
+        return std::any_of(entries_.begin(), entries_.end(), [this](const FileEntry& entry) {
+            return isJunk(entry) && entry.offset >= layout_.oldEnd;
+        });
     }
 
     void clearEnd() {

@@ -34,7 +34,8 @@ struct FileLayout {
     /// record.
     std::size_t limit = 0;
     bool isWalled = false;     ///< such a record stands at `limit`
-    bool keepsPlaces = false;  ///< nothing moves: a record is replaced by one of the same length
+    /// The file is compact, and stays so with all records where they are.
+    bool keepsPlaces = false;
     std::uint8_t fill = 0;     ///< the value of padding in this file
     std::vector<std::uint8_t> cleared;  ///< the file without erased and stale octets at its end
     std::vector<std::uint8_t> target;   ///< the file as it is to be

@@ -20,6 +20,7 @@ using Json = nlohmann::ordered_json;
 using Place = JsonPlace;
 
 constexpr const char* remark = JsonPlace::remark;
+constexpr int deepest = 100;  // no record comes near it
 
 // ---- contents ----
 
@@ -68,10 +69,15 @@ Blob entry(const FileKind& kind, const Place& place) {
     return encoded(kind, place);
 }
 
-std::vector<Blob> entries(const FileKind& kind, const Place& place) {
+/// All elements of `records`, together at most `room` octets: a few words may ask for a lot.
+std::vector<Blob> entries(const FileKind& kind, const Place& place, std::size_t room) {
     place.expectArray();
     std::vector<Blob> entries;
-    for (std::size_t i = 0; i < place.count(); ++i) entries.push_back(entry(kind, place.at(i)));
+    for (std::size_t i = 0; i < place.count(); ++i) {
+        entries.push_back(entry(kind, place.at(i)));
+        if (entries.back().size() > room) place.fail("records that fit into the file");
+        room -= entries.back().size();
+    }
     return entries;
 }
 
@@ -79,7 +85,9 @@ FileContents contents(const FileDescription& file, const Place& place) {
     const FileKind& kind = place.has("kind") ? kindNamed(place.at("kind")) : otherFile;
     FileContents contents;
     if (!place.has("records")) return contents;
-    const std::vector<Blob> records = entries(kind, place.at("records"));
+    const bool isSized = file.kind == FileDescription::Kind::transparent && place.has("size");
+    const std::vector<Blob> records =
+        entries(kind, place.at("records"), isSized ? file.size : CardDescription::maxFileSize);
     if (file.kind != FileDescription::Kind::transparent) return {{}, records};
     for (const Blob& record : records) contents.octets.append(record);
     if (place.has("fill") && contents.octets.size() < file.size) {
@@ -195,12 +203,16 @@ CardPlan cardPlanFromJson(const Json& json) {
     for (std::size_t i = 0; i < json["files"].size(); ++i) {
         const Place entry(json["files"][i], fmt::format("files[{}]", i));
         FileDescription file = fileOf(entry);
-        FileContents held = contents(file, entry);
-        if (!entry.has("size")) file.size = held.octets.size() + held.records.size();
-        add(plan.card, file, entry);
-        if (file.kind != FileDescription::Kind::df) {
-            plan.contents[pathName(file.path)] = std::move(held);
+        // Without a size the contents say it; else they come second, when the card has room for it.
+        FileContents held;
+        if (!entry.has("size")) {
+            held = contents(file, entry);
+            file.size = held.octets.size() + held.records.size();
         }
+        add(plan.card, file, entry);
+        if (file.kind == FileDescription::Kind::df) continue;
+        if (entry.has("size")) held = contents(file, entry);
+        plan.contents[pathName(file.path)] = std::move(held);
     }
     return plan;
 }
@@ -210,8 +222,12 @@ CardPlan cardPlanFromFile(const std::filesystem::path& file) {
     std::ostringstream text;
     text << in.rdbuf();
     if (!in || !text) throw Failure(file.string() + ": cannot be read", "tovi::cardPlanFromFile");
+    const auto limitDepth = [](int depth, Json::parse_event_t, Json&) {
+        if (depth > deepest) throw UsageError("more than 100 levels");
+        return true;
+    };
     try {
-        return cardPlanFromJson(Json::parse(text.str()));
+        return cardPlanFromJson(Json::parse(text.str(), limitDepth));
     } catch (const Json::exception& exception) {
         throw UsageError(file.string() + ": " + exception.what());
     } catch (const UsageError& error) {

@@ -45,8 +45,8 @@ std::optional<Blob> pathNamed(std::string text, const Blob& rootPath) {
     return absolutePath(rootPath, *path);
 }
 
-/// Files that EF(ODF) does not name.
-const std::vector<FileLocation> otherFiles(const Blob& rootPath) {
+/// Files that EF(ODF) does not name; a card need not have them.
+std::vector<FileLocation> otherFiles(const Blob& rootPath) {
     return {{&unusedSpaceFile, absolutePath(rootPath, Blob{0x50, 0x33})},
             {&dirFile, Blob{0x3F, 0x00, 0x2F, 0x00}}};
 }
@@ -76,8 +76,8 @@ bool isKindOfFile(const std::string& name) {
 
 std::vector<FileLocation> DumpCommand::chosen(Invocation& call, CardAccess& card) const {
     std::vector<FileLocation> files = locateApplicationFiles(card.os(), card.rootPath());
-    if (file_.empty()) return files;
     for (const FileLocation& other : otherFiles(card.rootPath())) files.push_back(other);
+    if (file_.empty()) return files;
     const auto found = withName(files, file_);
     if (!found.empty()) return found;
     if (const auto path = pathNamed(file_, card.rootPath())) return withPath(files, *path);
@@ -204,12 +204,20 @@ CLI::App* DumpCommand::declare(CLI::App& app) {
     return dump;
 }
 
+/// Whether one of the files that a card need not have is not there.
+bool isAbsent(const ApplicationFile& file) {
+    constexpr std::int64_t fileNotFound = statusWordCode + 0x6A82;
+    const bool mayBeAbsent = file.kind == &unusedSpaceFile || file.kind == &dirFile;
+    return mayBeAbsent && file.error && file.error->code == fileNotFound;
+}
+
 ExitCode DumpCommand::run(Invocation& call) {
     CardAccess card(call, CardFolder::Mode::readOnly);
     Json files = Json::array();
     std::string text;
     for (const FileLocation& location : chosen(call, card)) {
         const ApplicationFile file = readApplicationFile(card.os(), location);
+        if (file_.empty() && isAbsent(file)) continue;
         if (file.error && !file_.empty()) {
             throw Failure(file.name() + ": " + file.error->message, file.error->operation,
                           file.error->code);

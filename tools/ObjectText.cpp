@@ -155,6 +155,11 @@ std::string containersText(const PKCS15Container& model, const Style& style) {
     return section(keyContainers.title, infos.size(), table, style);
 }
 
+bool isExact(const Json& label, const Json& labelHex) {
+    const auto& text = label.get_ref<const std::string&>();
+    return toHex(Blob(text.begin(), text.end())) == labelHex;
+}
+
 std::string valueText(const Json& value);
 
 /// An element of a list or member of an object in a text of several of them.
@@ -198,7 +203,11 @@ std::string tokenInfoText(const PKCS15TokenInfo& info, const Style& style) {
 
 std::string fieldsText(const Json& object, const Style& style) {
     FieldList fields;
-    for (const auto& [name, value] : object.items()) fields.add(name, valueText(value));
+    for (const auto& [name, value] : object.items()) {
+        // The label in hex says more only where the label is not all UTF-8.
+        if (name == "labelHex" && isExact(object["label"], value)) continue;
+        fields.add(name, valueText(value));
+    }
     return fields.text(style);
 }
 

@@ -46,14 +46,17 @@ ObjectName parseName(const std::string& text) {
 struct Shown {
     std::string title;
     Json json;
+    std::string place;   ///< "PrKDF[2]", its record counted from 0; empty: in no file
     std::string record;  ///< its directory record in value notation; empty: none
 };
 
-template <class Info, class Raw>
-Shown shown(const PKCS15Container& model, const ListKind& kind, const PKCS15ObjectInfo<Info>& info,
-            const Raw& raw) {
-    Shown object{nameOf(kind, info), objectJson(info, stateOf(model, info, raw)), ""};
-    if (raw.value != nullptr) object.record = valueText(*raw.value);
+/// Element i of a list of the model.
+template <class Infos, class Raws>
+Shown shown(const PKCS15Container& model, const ListKind& kind, const Infos& infos,
+            const Raws& raws, std::size_t i) {
+    Shown object{nameOf(kind, infos[i]), objectJson(infos[i], stateOf(model, infos[i], raws[i])),
+                 fmt::format("{}[{}]", kind.file, i), ""};
+    if (raws[i].value != nullptr) object.record = valueText(*raws[i].value);
     return object;
 }
 
@@ -65,7 +68,7 @@ Shown findAuth(const PKCS15Container& model, std::uint64_t reference) {
     const auto& infos = model.getAuthInfos();
     for (std::size_t i = 0; i < infos.size(); ++i) {
         if (infos[i].reference != reference) continue;
-        return shown(model, authObjects, infos[i], model.getRawAuthObjects()[i]);
+        return shown(model, authObjects, infos, model.getRawAuthObjects(), i);
     }
     throw SmartcardException("invalid object reference", "PKCS15Container::getAuthInfo");
 }
@@ -74,13 +77,13 @@ std::optional<Shown> findInLists(const PKCS15Container& model, std::uint64_t rec
     std::optional<Shown> found;
     forEachList(model, [&](const ListKind& kind, const auto& infos, const auto& raws) {
         for (std::size_t i = 0; i < infos.size() && !found; ++i) {
-            if (infos[i].recordNumber == record) found = shown(model, kind, infos[i], raws[i]);
+            if (infos[i].recordNumber == record) found = shown(model, kind, infos, raws, i);
         }
     });
     for (const auto& info : model.getContainerInfos()) {
         if (found || info.recordNumber != record) continue;
-        found =
-            Shown{nameOf(keyContainers, info), toJson(info, {objectTypeOf(model, info), true}), ""};
+        found = Shown{nameOf(keyContainers, info), toJson(info, {objectTypeOf(model, info), true}),
+                      "", ""};
     }
     return found;
 }
@@ -89,7 +92,7 @@ Shown findObject(const PKCS15Container& model, std::uint64_t record) {
     const auto& rows = model.getFATRecords();
     if (record >= rows.size()) refuse("invalid record number");
     if (rows[record].objectType == tokenInfoObject) {
-        return {"TokenInfo", toJson(model.getTokenInfo()),
+        return {"TokenInfo", toJson(model.getTokenInfo()), "TokenInfo[0]",
                 valueText(*model.getRawTokenInfos().front().value)};
     }
     auto found = findInLists(model, record);
@@ -118,8 +121,8 @@ ExitCode ShowCommand::run(Invocation& call) {
     }
     const Style style = call.style();
     std::string text = style.heading(object.title) + "\n" + fieldsText(object.json, style);
-    if (!object.record.empty()) {
-        text += "\n" + style.heading("Record") + "\n" + indented(object.record, 2);
+    if (!object.place.empty()) {
+        text += "\n" + style.heading("Record " + object.place) + "\n" + indented(object.record, 2);
     }
     call.printText(text);
     return ExitCode::done;

@@ -154,6 +154,17 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"hexAndMore", records({{{"hex", "00"}, {"gap", 1}}}), "no member 'gap'"},
         Refusal{"badGap", records({{{"gap", "x"}}}), "files[1].records[0].gap"},
         Refusal{"badPadding", records({{{"gap", 1}, {"with", "0000"}}}), "one octet"},
+        Refusal{"tooMuch",
+                card({{"path", "3F005031"},
+                      {"size", 15},
+                      {"kind", "ODF"},
+                      {"records", Json::array({entry, entry})}}),
+                "files[1].records: expected records that fit"},
+        Refusal{"muchTooMuch",
+                card({{"path", "3F005031"},
+                      {"kind", "ODF"},
+                      {"records", Json::array({{{"gap", 16777216}}, {{"gap", 1}}})}}),
+                "files[1].records: expected records that fit"},
         Refusal{"cutNothing", records({{{"cut", 1}}}), "'of'"},
         Refusal{"cutTooMuch", records({{{"cut", 9}, {"of", entry}}}), "a number from 0 to 8"},
         Refusal{"pinWithoutValue", {{"pins", {{{"reference", 1}}}}}, "'value'"},
@@ -164,19 +175,17 @@ INSTANTIATE_TEST_SUITE_P(
                 "pins[0].left"}),
     [](const auto& test) { return std::string(test.param.name); });
 
+TEST(CardPlanFile, RefusesMoreLevelsThanAnyCardHas) {
+    const TemporaryFolder folder;
+    writeFile(folder / "card.json", std::string(100000, '['));
+    EXPECT_THROW(cardPlanFromFile(folder / "card.json"), UsageError);
+}
+
 TEST(CardPlanFile, RefusesWhatIsNoJson) {
     const TemporaryFolder folder;
     writeFile(folder / "card.json", "{\"files\": [");
     EXPECT_THROW(cardPlanFromFile(folder / "card.json"), UsageError);
     EXPECT_THROW(cardPlanFromFile(folder / "none.json"), Failure);
-}
-
-TEST(CardPlanMake, RefusesContentsThatDoNotFit) {
-    const TemporaryFolder folder;
-    const CardPlan plan = planOf(
-        {{"path", "3F00/5031"}, {"size", 7}, {"kind", "ODF"}, {"records", Json::array({entry})}});
-    EXPECT_THROW(plan.make(folder.path() / "card"), CardFolderError);
-    EXPECT_FALSE(std::filesystem::exists(folder.path() / "card" / "CARD"));
 }
 
 }  // namespace

@@ -65,6 +65,9 @@ TEST(ShowText, AddsTheRecordInValueNotation) {
                              "usage {sign, nonRepudiation}", "userConsent 1"}) {
         EXPECT_THAT(result.out, HasSubstr(text));
     }
+    EXPECT_THAT(result.out, HasSubstr("\nRecord PrKDF[1]\n  privateRSAKey : {\n"));
+    EXPECT_THAT(run({"--card", sampleCard("rich"), "show", "3"}).out,
+                HasSubstr("Record PrKDF[2]\n"));
     EXPECT_THAT(run({"--card", sampleCard("rich"), "show", "auth:1"}).out,
                 HasSubstr("lastPinChange"));
     EXPECT_THAT(run({"--card", sampleCard("rich"), "show", "0"}).out,

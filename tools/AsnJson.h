@@ -15,8 +15,9 @@ namespace tovi {
 /// OCTET STRING is hexadecimal; an INTEGER a number, or "0x..." with its octets when it is longer
 /// than 64 bits; a BIT STRING with names is an array of them, and numbers where there is no name,
 /// without names hexadecimal or {"hex", "unused"}; a character string is text, or {"hex"} when it
-/// is not UTF-8; an ENUMERATED its name or number; an OBJECT IDENTIFIER dotted; NULL null; anything
-/// not looked into hexadecimal with its header. What a later edition added stands under "...".
+/// is not UTF-8; an ENUMERATED its name or number; an OBJECT IDENTIFIER dotted; NULL null; an open
+/// type, and what a later edition added under "...", hexadecimal with its header; a Name and the
+/// like, which are not looked into, hexadecimal without.
 nlohmann::ordered_json asnToJson(ASN1::AbstractData value);
 
 /// Fills a fresh value. Throws UsageError, which begins with `where` and the member's path, for

@@ -23,9 +23,13 @@ std::vector<std::string> kindsIn(const Json& file) {
 }
 
 TEST(Dump, ShowsEveryFileOfTheApplicationInTheOrderOfTheODF) {
-    EXPECT_THAT(
-        namesIn(runJson("card-b", {"dump"}).json()),
-        ElementsAre("TokenInfo", "ODF", "AODF", "PrKDF", "PuKDF", "CDF", "DODF", "DODF", "SKDF"));
+    EXPECT_THAT(namesIn(runJson("card-b", {"dump"}).json()),
+                ElementsAre("TokenInfo", "ODF", "AODF", "PrKDF", "PuKDF", "CDF", "DODF", "DODF",
+                            "SKDF", "UnusedSpace"));
+    EXPECT_THAT(namesIn(runJson("card-i", {"dump"}).json()),
+                ElementsAre("TokenInfo", "ODF", "DODF"))
+        << "a card need not have EF(UnusedSpace) and EF(DIR)";
+    EXPECT_EQ(namesIn(runJson("plain", {"dump"}).json()).back(), "DIR");
 }
 
 TEST(Dump, LosesNoOctetOfAFile) {
@@ -147,7 +151,7 @@ TEST(Dump, GoesOnBehindAFileThatCannotBeRead) {
     const Result result = runJson("unreadable-file", {"dump"});
     EXPECT_EQ(result.exit, 0);
     const Json files = result.json()["files"];
-    ASSERT_EQ(files.size(), 11u);
+    ASSERT_EQ(files.size(), 12u);
     EXPECT_EQ(files[6]["error"]["code"], 0x16982);
     EXPECT_EQ(files[6]["segments"], Json::array());
     EXPECT_EQ(files[10]["error"], nullptr);

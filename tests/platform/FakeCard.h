@@ -18,7 +18,10 @@ inline Blob operator+(Blob a, const Blob& b) {
     return a;
 }
 
-inline Blob times(std::size_t count, std::uint8_t octet) { return Blob(count, octet); }
+// Inlined, GCC 12 believes that many octets are set in the room for few, and warns.
+[[gnu::noinline]] inline Blob times(std::size_t count, std::uint8_t octet) {
+    return Blob(count, octet);
+}
 
 /// One elementary file of a FakeCard.
 struct FakeFile {

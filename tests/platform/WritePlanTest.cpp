@@ -9,6 +9,7 @@
 
 #include "tests/platform/FakeCard.h"
 #include "tovi/platform/DirectoryFile.h"
+#include "tovi/platform/GapMarks.h"
 #include "tovi/platform/RecordScanner.h"
 #include "tovi/platform/TlvHeader.h"
 
@@ -245,6 +246,123 @@ TEST(WritePlan, LeavesAReadableFileAfterEveryStepOfAnyChange) {
         }
     }
     EXPECT_GT(performed, 3000u);
+}
+
+/// Files of records that are easy to read: every octet of contents is the record's number.
+Blob plain(std::size_t length, std::uint8_t name) {
+    Blob record = {0x30};
+    if (length > 129) record.push_back(0x81);
+    record.push_back(static_cast<std::uint8_t>(length - record.size() - 1));
+    return record + times(length - record.size(), name);
+}
+
+Blob gap(std::size_t length) { return Blob{0x00} + times(length - 1, 0xFF); }
+
+/// What the file holds after every step of a plan.
+std::vector<Blob> imagesOf(Blob file, const RecordChange& change, std::size_t most) {
+    std::vector<Blob> images;
+    const auto plan = planWriting(file, change, most);
+    for (const WriteStep& step : plan->steps) {
+        EXPECT_LE(step.octets.size(), most);
+        std::copy(step.octets.begin(), step.octets.end(), file.begin() + step.offset);
+        images.push_back(file);
+    }
+    return images;
+}
+
+using Images = std::vector<Blob>;
+
+TEST(WritePlan, LetsTheGapOfARemovedRecordTravelToTheEnd) {
+    const Blob file = plain(20, 1) + plain(20, 2) + plain(20, 3) + plain(20, 4) + times(20, 0x00);
+    EXPECT_EQ(imagesOf(file, {Kind::remove, 0, {}}, 44),
+              (Images{plain(20, 2) + gap(20) + plain(20, 3) + plain(20, 4) + times(20, 0x00),
+                      plain(20, 2) + plain(20, 3) + gap(20) + plain(20, 4) + times(20, 0x00),
+                      plain(20, 2) + plain(20, 3) + plain(20, 4) + times(40, 0x00)}));
+    EXPECT_EQ(imagesOf(file, {Kind::remove, 0, {}}, 60),
+              (Images{plain(20, 2) + plain(20, 3) + gap(20) + plain(20, 4) + times(20, 0x00),
+                      plain(20, 2) + plain(20, 3) + plain(20, 4) + times(40, 0x00)}));
+}
+
+TEST(WritePlan, MarksAGapOfOneOctetWithFF) {
+    const Blob file = plain(20, 1) + plain(20, 2) + plain(20, 3) + times(20, 0x00);
+    EXPECT_EQ(imagesOf(file, {Kind::replace, 0, plain(19, 9)}, 40),
+              (Images{plain(19, 9) + plain(20, 2) + Blob{0xFF} + plain(20, 3) + times(20, 0x00),
+                      plain(19, 9) + plain(20, 2) + plain(20, 3) + times(21, 0x00)}));
+}
+
+TEST(WritePlan, LetsTheRoomForALongerRecordTravelFromTheEnd) {
+    const Blob file = plain(20, 1) + plain(20, 2) + plain(20, 3) + plain(20, 4) + times(20, 0x00);
+    EXPECT_EQ(
+        imagesOf(file, {Kind::replace, 0, plain(25, 9)}, 47),
+        (Images{
+            plain(20, 1) + plain(20, 2) + gap(5) + plain(20, 3) + plain(20, 4) + times(15, 0x00),
+            plain(25, 9) + plain(20, 2) + plain(20, 3) + plain(20, 4) + times(15, 0x00)}));
+}
+
+TEST(WritePlan, ErasesARecordThatIsTooLongForOneCommandByItsTag) {
+    const Blob file = plain(10, 1) + plain(40, 2) + times(10, 0xFF);
+    const auto plan = planWriting(file, {Kind::remove, 1, {}}, 30);
+    EXPECT_EQ(plan->steps[0].offset, 10u);
+    EXPECT_EQ(plan->steps[0].octets, Blob{0x00});
+    EXPECT_EQ(plan->effective, 1u);
+}
+
+TEST(WritePlan, MovesRecordsOverOneThatIsTooLongAndErasesTheRest) {
+    const Blob file = plain(40, 1) + plain(10, 2) + plain(25, 3) + times(10, 0xFF);
+    const Images images = imagesOf(file, {Kind::remove, 0, {}}, 30);
+    EXPECT_EQ(images[0], plain(10, 2) + erasedMark(40) + times(28, 1) + plain(10, 2) +
+                             plain(25, 3) + times(10, 0xFF));
+    EXPECT_EQ(images.back(), plain(10, 2) + plain(25, 3) + times(50, 0xFF));
+}
+
+TEST(WritePlan, MovesRecordsOverALongGapAsFastAsOverAShortOne) {
+    Blob records;
+    for (std::uint8_t i = 0; i < 40; ++i) records = records + plain(50, i);
+    const Blob file = record(1000, 0x31) + records;
+    const auto plan = planWriting(file, {Kind::remove, 0, {}}, 255);
+    EXPECT_LE(plan->steps.size(), 8u + 4u + 1u) << "five records a command, and the end is cleared";
+}
+
+TEST(WritePlan, WritesTheTagOfALongNewRecordLast) {
+    const Blob file = plain(10, 1) + times(60, 0xFF);
+    const auto plan = planWriting(file, {Kind::insert, 1, plain(50, 2)}, 20);
+    ASSERT_EQ(plan->steps.size(), 4u);
+    EXPECT_EQ(plan->effective, 4u);
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_NE(plan->steps[i].octets[0], 0x30);
+    EXPECT_EQ(plan->steps[3].offset, 10u);
+    EXPECT_EQ(plan->steps[3].octets, (Blob{0x30, 0x30, 0x02}));
+}
+
+TEST(WritePlan, ReplacesALongRecordBehindAMark) {
+    const Blob file = plain(10, 1) + plain(50, 2) + plain(10, 3);
+    const Images images = imagesOf(file, {Kind::replace, 1, plain(50, 9)}, 20);
+    const Blob mark = {0x30, 0x30, 0x00};
+    EXPECT_EQ(images[0], plain(10, 1) + mark + times(17, 9) + times(30, 2) + plain(10, 3));
+    EXPECT_EQ(images.back(), plain(10, 1) + plain(50, 9) + plain(10, 3));
+    EXPECT_EQ(images.size(), 4u);
+}
+
+TEST(WritePlan, MixesAGapOfOneValueBeforeRecordsMoveAwayFromIt) {
+    // What follows the gap could be hidden by a response that ends inside it.
+    for (const std::uint8_t fill : Blob{0x00, 0xFF}) {
+        const Blob behind = plain(40, 2) + times(80, 0x00);
+        const Blob file = plain(10, 1) + times(70, fill) + behind;
+        const Images images = imagesOf(file, {Kind::replace, 0, plain(100, 9)}, 70);
+        const Blob mixed = Blob{0x00, 0xFF} + times(68, fill);
+        EXPECT_EQ(images[0], plain(10, 1) + mixed + behind);
+    }
+}
+
+TEST(WritePlan, LeavesEveryOctetOfACompactFileThatIsOnlyCompacted) {
+    EXPECT_TRUE(imagesOf(plain(10, 1) + times(9, 0xFF), {}, 20).empty());
+}
+
+TEST(WritePlan, ClearsStaleOctetsBeforeItWritesThere) {
+    const Blob file = plain(10, 1) + Blob{0x80} + plain(20, 2) + plain(20, 3);
+    const Images images = imagesOf(file, {Kind::insert, 1, plain(15, 9)}, 20);
+    for (std::size_t i = 0; i + 1 < images.size(); ++i)
+        EXPECT_EQ(recordsIn(images[i]), Records{plain(10, 1)});
+    EXPECT_EQ(images.back(), plain(10, 1) + plain(15, 9) + times(26, 0x00));
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "tovi/platform/GapMarks.h"
+
 namespace tovi {
 
 PlannedWrites::PlannedWrites(ASN1::View file, std::vector<std::uint8_t> target, std::size_t most)
@@ -20,6 +22,32 @@ void PlannedWrites::put(std::size_t offset, ASN1::View octets) {
     std::copy(octets.begin(), octets.end(), now_.begin() + static_cast<std::ptrdiff_t>(offset));
     first_ = std::min(first_, offset);
     last_ = std::max(last_, offset + octets.size());
+}
+
+void PlannedWrites::putHidden(std::size_t offset, const Blob& mark, ASN1::View octets) {
+    Blob hidden = mark;
+    hidden.append(octets.subspan(mark.size()));
+    const ASN1::View all = hidden;
+    for (std::size_t done = 0; done < all.size(); done += most_)
+        put(offset + done, all.subspan(done, std::min(most_, all.size() - done)));
+}
+
+void PlannedWrites::putLong(std::size_t offset, const Blob& mark, ASN1::View octets) {
+    putHidden(offset, mark, octets);
+    put(offset, octets.first(mark.size()));
+}
+
+bool PlannedWrites::putBackwards(std::size_t offset, ASN1::View octets) {
+    std::size_t end = octets.size();
+    while (true) {
+        while (end > 0 && now_[offset + end - 1] == octets[end - 1]) --end;
+        if (end == 0) return false;
+        std::size_t start = end - std::min(end, most_);
+        if (start > 0 && end > longestMark) start = std::max(start, longestMark);
+        put(offset + start, octets.subspan(start, end - start));
+        if (finish()) return true;
+        end = start;
+    }
 }
 
 bool PlannedWrites::finish() {

@@ -32,6 +32,17 @@ public:
     /// from the first to the last octet that differs is written; none when nothing does.
     void put(std::size_t offset, ASN1::View octets);
 
+    /// Adds the steps that write `octets` at `offset`, all but the first, where `mark` comes to
+    /// stand and stays: it makes one entry of what is behind it.
+    void putHidden(std::size_t offset, const Blob& mark, ASN1::View octets);
+
+    /// The same, and then a last step that replaces the mark.
+    void putLong(std::size_t offset, const Blob& mark, ASN1::View octets);
+
+    /// Adds the steps that write `octets` at `offset` from their end on. The beginning of what they
+    /// replace says how it is to be read, so it stays to the last. True when the target is reached.
+    bool putBackwards(std::size_t offset, ASN1::View octets);
+
     /// Adds the step that reaches the target, if one command can; true when the file is there.
     bool finish();
 

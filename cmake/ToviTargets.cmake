@@ -20,22 +20,20 @@ function(tovi_folder name)
   set_property(GLOBAL APPEND PROPERTY TOVI_FOLDERS tovi_${name})
 endfunction()
 
-# tovi_precompiled(<target> <set> <headers>...): compiles the headers once for all targets of a set; they only
-# save time, every source includes what it uses.
+# tovi_precompiled(<target> <set> <headers>...): parses the headers once for all targets of a set, which have to be
+# of one kind, executables or libraries. They only save time: every source includes what it uses.
 option(TOVI_PRECOMPILE "Precompile the large headers of tests and command" OFF)
 function(tovi_precompiled target set)
   if(NOT TOVI_PRECOMPILE)
     return()
   endif()
-  if(TARGET tovi_precompiled_${set})
-    target_precompile_headers(${target} REUSE_FROM tovi_precompiled_${set})
-    return()
+  get_property(first GLOBAL PROPERTY TOVI_PRECOMPILED_${set})
+  if(first)
+    target_precompile_headers(${target} REUSE_FROM ${first})
+  else()
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+    set_property(GLOBAL PROPERTY TOVI_PRECOMPILED_${set} ${target})
   endif()
-  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/precompiled_${set}.cpp CONTENT "")
-  add_library(tovi_precompiled_${set} OBJECT ${PROJECT_BINARY_DIR}/precompiled_${set}.cpp)
-  target_link_libraries(tovi_precompiled_${set} PRIVATE $<TARGET_PROPERTY:${target},LINK_LIBRARIES>)
-  target_precompile_headers(tovi_precompiled_${set} PRIVATE ${ARGN})
-  target_precompile_headers(${target} REUSE_FROM tovi_precompiled_${set})
 endfunction()
 
 # tovi_test(<name> <sources>...): the tests of one folder in one executable.

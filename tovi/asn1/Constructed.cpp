@@ -6,6 +6,10 @@ namespace {
 
 constexpr std::size_t nobody = ~std::size_t{0};
 
+Tag firstTag(const Member& member) {
+    return member.tag.isNone() ? member.type->tag : member.tag;
+}
+
 bool isMandatory(const Member& member) { return member.presence == Presence::mandatory; }
 
 /// The row from `next` on that takes the element; a mandatory one is not stepped over.
@@ -35,19 +39,19 @@ public:
             if (taker == nobody ? !setAside(element) : !take(taker, element)) return false;
             body_->skip(element);
         }
-        keepUnknown(members_.size());
         return leaveOutUpTo(members_.size());
     }
 
 private:
     bool take(std::size_t taker, const Element& element) {
-        keepUnknown(taker);
-        leaveOutUpTo(taker);
-        next_ = taker + 1;
         const Member& member = members_[taker];
         // Some cards write an empty explicit tag where an optional member is absent.
         if (member.presence == Presence::optional && element.content.empty() && member.isExplicit())
             return true;
+        if (hasUnknown_) unknown().move(members_.size(), taker);
+        hasUnknown_ = false;
+        leaveOutUpTo(taker);
+        next_ = taker + 1;
         // What is mandatory is there already, and fresh.
         void* value = isMandatory(member) ? member.locate(object_) : member.make(object_);
         return decodeMember(member, element, value, *body_) || body_->within(member.name);
@@ -63,23 +67,18 @@ private:
         if (!extension_)
             return next_ == members_.size() ? body_->fail(Error::trailing, element.whole.data())
                                             : body_->failUnexpected(element, nullptr);
-        // Unknown elements with no known one between them are one stretch of the input.
-        const std::uint8_t* begin = unknown_.empty() ? element.whole.data() : unknown_.data();
-        unknown_ = View(begin, element.whole.data() + element.whole.size());
-        return true;
+        // In front of the next known one, if there is any.
+        unknown().add(members_.size(), element.whole);
+        return hasUnknown_ = true;
     }
 
+    Unknown& unknown() { return as<Unknown>(extension_->locate(object_)); }
+
     void failMember(const Member& member, const Element& element) {
-        if (element.tag == (member.tag.isNone() ? member.type->tag : member.tag))
+        if (element.tag == firstTag(member))
             body_->fail(Error::badValue, element.whole.data());
         else
             body_->failUnexpected(element, member.type, member.tag);
-    }
-
-    void keepUnknown(std::size_t row) {
-        if (unknown_.empty()) return;
-        as<Unknown>(extension_->locate(object_)).add(row, unknown_);
-        unknown_ = {};
     }
 
     /// False when a mandatory member is among those that are absent.
@@ -99,7 +98,7 @@ private:
     void* object_;
     Reader* body_;
     std::size_t next_ = 0;
-    View unknown_;  ///< unknown elements since the last known one
+    bool hasUnknown_ = false;  ///< since the last known member
 };
 
 /// The alternative with the element's tag; without one the open type or the "..." of the CHOICE.
@@ -204,9 +203,10 @@ bool decodeList(const Type& type, const Element& self, void* list, Reader& in) {
 }
 
 void encodeSequence(const Type& type, const void* object, Writer& out) {
-    std::span<const Unknown::Run> runs;
-    if (const Member* extension = type.extension)
-        runs = as<Unknown>(extension->get(object)).runs();
+    static const Unknown none;
+    const Unknown& unknown =
+        type.extension ? as<Unknown>(type.extension->get(object)) : none;
+    std::span<const Unknown::Run> runs = unknown.runs();
     for (std::size_t row = type.members.size();; --row) {
         while (!runs.empty() && runs.back().row >= row) {
             out.octets(runs.back().elements);
@@ -215,7 +215,11 @@ void encodeSequence(const Type& type, const void* object, Writer& out) {
         if (row == 0) return;
         const Member& member = type.members[row - 1];
         if (member.isExtension()) continue;
-        if (const void* value = member.getEncoded(object)) encodeMember(member, value, out);
+        const void* value = member.getEncoded(object);
+        // A DEFAULT has to be written where an unknown element would be read in its place.
+        if (!value && !unknown.empty() && unknown.contain(firstTag(member)))
+            value = member.get(object);
+        if (value) encodeMember(member, value, out);
     }
 }
 

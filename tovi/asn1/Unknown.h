@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tovi/asn1/Octets.h"
+#include "tovi/asn1/Tag.h"
 
 namespace ASN1 {
 
@@ -33,10 +34,14 @@ public:
     ~Unknown() = default;
 
     bool empty() const { return !runs_; }
-    /// Adds an element in front of `row`; rows come in rising order.
+    /// Adds an element behind all others and in front of `row`, whose number does not fall.
     void add(std::size_t row, View element);
+    /// Moves the elements that stand in front of row `from` to the front of row `to`, which is lower.
+    void move(std::size_t from, std::size_t to);
     /// In the order of their rows.
     std::span<const Run> runs() const;
+    /// Whether one of the elements has this tag.
+    bool contain(Tag tag) const;
     void clear() { runs_.reset(); }
 
 private:

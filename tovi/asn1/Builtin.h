@@ -38,7 +38,7 @@ void encodeOpen(const Type&, const void*, Writer&);
 bool decodeOpaque(const Type&, const Element&, void*, Reader&);
 
 template <class T>
-constexpr Lifetime lifetimeOf{
+inline constexpr Lifetime lifetimeOf{
     sizeof(T),
     alignof(T),
     [](void* room) { new (room) T(); },

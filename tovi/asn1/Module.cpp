@@ -5,12 +5,14 @@
 namespace ASN1 {
 
 Module::Module(std::string_view name, OBJECT_IDENTIFIER identifier,
-               std::span<const Type* const> types)
-    : name_(name), identifier_(std::move(identifier)), types_(types) {}
+               std::span<const Type* const> types, std::span<const TypeAlias> aliases)
+    : name_(name), identifier_(std::move(identifier)), types_(types), aliases_(aliases) {}
 
 const Type* Module::find(std::string_view name) const {
     for (const Type* type : types_)
         if (type->name == name) return type;
+    for (const TypeAlias& alias : aliases_)
+        if (alias.name == name) return alias.type;
     return nullptr;
 }
 

@@ -8,17 +8,24 @@
 
 namespace ASN1 {
 
+/// A second name of a type, such as that of a parameterised type with its arguments filled in.
+struct TypeAlias {
+    std::string_view name;
+    const Type* type;
+};
+
 /// An ASN.1 module: its types by name.
 class Module {
 public:
-    /// `types` must outlive the module, and so must the types.
-    Module(std::string_view name, OBJECT_IDENTIFIER identifier,
-           std::span<const Type* const> types);
+    /// `types` and `aliases` must outlive the module, and so must the types.
+    Module(std::string_view name, OBJECT_IDENTIFIER identifier, std::span<const Type* const> types,
+           std::span<const TypeAlias> aliases = {});
 
     std::string_view name() const { return name_; }
     const OBJECT_IDENTIFIER& identifier() const { return identifier_; }
     /// In the order of the notation.
     std::span<const Type* const> types() const { return types_; }
+    std::span<const TypeAlias> aliases() const { return aliases_; }
     /// nullptr for a name that the module does not define.
     const Type* find(std::string_view name) const;
 
@@ -26,6 +33,7 @@ private:
     std::string_view name_;
     OBJECT_IDENTIFIER identifier_;
     std::span<const Type* const> types_;
+    std::span<const TypeAlias> aliases_;
 };
 
 }  // namespace ASN1

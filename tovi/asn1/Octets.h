@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <iterator>
 #include <span>
+#include <type_traits>
 
 namespace ASN1 {
 
@@ -34,8 +35,14 @@ public:
 
     static constexpr std::size_t inPlace = 24;
 
-    Octets() noexcept : room_{}, size_(0), capacity_(inPlace) {}
-    Octets(std::initializer_list<std::uint8_t> octets) : Octets(View(octets)) {}
+    constexpr Octets() noexcept : room_{}, size_(0), capacity_(inPlace) {}
+    /// Up to `inPlace` octets make a constant (constinit).
+    constexpr Octets(std::initializer_list<std::uint8_t> octets) : Octets() {
+        if (std::is_constant_evaluated())
+            for (const std::uint8_t octet : octets) room_.local[size_++] = octet;
+        else
+            append(View(octets));
+    }
     Octets(View octets) : Octets() { append(octets); }
     Octets(std::size_t count, std::uint8_t value) : Octets() { resize(count, value); }
     template <std::input_iterator It>

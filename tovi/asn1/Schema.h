@@ -87,31 +87,32 @@ template <class S> struct ContentOf { using type = S; };
 template <class T> struct ContentOf<std::optional<T>> { using type = T; };
 template <class T> struct ContentOf<Boxed<T>> { using type = T; };
 template <class T> struct ContentOf<Expected<T>> { using type = T; };
-template <class S> constexpr const Type* contentType = TypeOf<typename ContentOf<S>::type>::value;
+template <class S>
+inline constexpr const Type* contentType = TypeOf<typename ContentOf<S>::type>::value;
 
 // One SlotAccess for all members of the same C++ type keeps object code and compile time small.
 template <class S>
-constexpr SlotAccess plainSlot{[](const void* s) { return s; }, [](void* s) { return s; },
+inline constexpr SlotAccess plainSlot{[](const void* s) { return s; }, [](void* s) { return s; },
                                [](void* s) { ASN1::as<S>(s) = S(); }};
 template <class S>
-constexpr SlotAccess expectedSlot{
+inline constexpr SlotAccess expectedSlot{
     [](const void* s) -> const void* { return ASN1::as<S>(s).isLeftOut() ? nullptr : s; },
     [](void* s) -> void* { return ASN1::as<S>(s).setLeftOut(false), s; },
     [](void* s) { ASN1::as<S>(s).clear(), ASN1::as<S>(s).setLeftOut(true); }};
 template <class S>
-constexpr SlotAccess optionalSlot{
+inline constexpr SlotAccess optionalSlot{
     [](const void* s) -> const void* {
         return ASN1::as<S>(s) ? &*ASN1::as<S>(s) : nullptr;
     },
     [](void* s) -> void* { return &ASN1::as<S>(s).emplace(); },
     [](void* s) { ASN1::as<S>(s).reset(); }};
 template <class S, auto Default>
-constexpr SlotAccess defaultedSlot{
+inline constexpr SlotAccess defaultedSlot{
     optionalSlot<S>.get, [](void* s) -> void* { return &ASN1::as<S>(s).emplace(Default()); },
     optionalSlot<S>.clear,
     [](const void* s) { return ASN1::as<S>(s) && *ASN1::as<S>(s) == Default(); }};
 template <class V, std::size_t I>
-constexpr SlotAccess alternativeSlot{
+inline constexpr SlotAccess alternativeSlot{
     [](const void* s) -> const void* {
         return unboxedOrNull(std::get_if<I>(&ASN1::as<V>(s)));
     },
@@ -254,7 +255,7 @@ constexpr Type named(std::string_view name, Type type) {
 }
 /// SET OF in place of SEQUENCE OF.
 template <class List>
-constexpr Type setOf = [] {
+inline constexpr Type setOf = [] {
     Type type = *TypeOf<List>::value;
     type.tag = universal(17);
     return type;

@@ -115,10 +115,23 @@ constexpr const Type* types[] = {
     &UnusedSpace::type,
 };
 
+constexpr ASN1::TypeAlias aliases[] = {
+    {"PublicKeyOperations", &Operations::type},
+    {"PrivateKeys", &PathOrObjects<PrivateKeyType>::type},
+    {"PublicKeys", &PathOrObjects<PublicKeyType>::type},
+    {"SecretKeys", &PathOrObjects<SecretKeyType>::type},
+    {"Certificates", &PathOrObjects<CertificateType>::type},
+    {"DataObjects", &PathOrObjects<DataType>::type},
+    {"AuthObjects", &PathOrObjects<AuthenticationType>::type},
+    {"Opaque", &ObjectValue<ASN1::OpenData>::type},
+    {"ExternalIDO", &ObjectValue<ASN1::OpenData>::type},
+};
+
 }  // namespace
 
 ASN1::Module& getModule() {
-    static ASN1::Module module("PKCS-15", {1, 2, 840, 113549, 1, 15, 1, 1}, types);
+    static ASN1::Module module("PKCS-15", {1, 2, 840, 113549, 1, 15, 1, 1}, types,
+                               aliases);
     return module;
 }
 

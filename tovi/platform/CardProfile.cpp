@@ -5,15 +5,15 @@
 
 namespace tovi {
 
-const Blob PKCS15_AID = {0xA0, 0x00, 0x00, 0x00, 0x63, 'P', 'K', 'C', 'S', '-', '1', '5'};
-const Blob PKCS15_MF = {0x3F, 0x00};
-const Blob PKCS15_DF = {0x50, 0x15};
-const Blob PKCS15_PATH = {0x3F, 0x00, 0x50, 0x15};
-const Blob PKCS15_EF_ODF = {0x50, 0x31};
-const Blob PKCS15_EF_TOKEN_INFO = {0x50, 0x32};
+constinit const Blob PKCS15_AID = {0xA0, 0x00, 0x00, 0x00, 0x63, 'P', 'K', 'C', 'S', '-', '1', '5'};
+constinit const Blob PKCS15_MF = {0x3F, 0x00};
+constinit const Blob PKCS15_DF = {0x50, 0x15};
+constinit const Blob PKCS15_PATH = {0x3F, 0x00, 0x50, 0x15};
+constinit const Blob PKCS15_EF_ODF = {0x50, 0x31};
+constinit const Blob PKCS15_EF_TOKEN_INFO = {0x50, 0x32};
 
-const Blob B_CK_TRUE = {1};
-const Blob B_CK_FALSE = {0};
+constinit const Blob B_CK_TRUE = {1};
+constinit const Blob B_CK_FALSE = {0};
 
 void getFID(PKCS15Object& object) {
     const Blob& path = object.path.path;

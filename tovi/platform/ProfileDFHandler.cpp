@@ -7,15 +7,13 @@
 #include "tovi/interfaces/CardProfile.h"
 #include "tovi/interfaces/Exception.h"
 #include "tovi/platform/DirectoryFile.h"
+#include "tovi/platform/OuterSequence.h"
 #include "tovi/platform/ProfileDFState.h"
-#include "tovi/platform/RecordScanner.h"
-#include "tovi/platform/TlvHeader.h"
 
 namespace tovi {
 namespace {
 
 constexpr const char* HERE = "ProfileDFHandler::ReadFile";
-constexpr std::uint8_t firstContextTag = 0xA0;
 
 constexpr std::uint8_t masterFile[] = {0x3F, 0x00};
 constexpr std::uint8_t currentDF[] = {0x3F,
@@ -50,19 +48,14 @@ std::vector<Blob> countedRecords(const DirectoryFile& file) {
     return records;
 }
 
-/// Some cards hold the entries of EF(ODF) inside one outer SEQUENCE, a tag that no entry has
-/// (PKCS#15 v1.1, 5.5.1: they are alternatives with context tags). The entries alone are returned.
+/// The entries alone where one outer SEQUENCE holds them.
 std::vector<Blob> unwrapped(std::vector<Blob> records) {
-    if (records.size() != 1 || records[0][0] != SEQUENCE_TAG) return records;
-    const TlvHeader header = readTlvHeader(records[0]);
-    if (header.state != TlvHeader::State::complete || header.total() != records[0].size())
-        return records;
-    const ASN1::View contents = ASN1::View(records[0]).subspan(header.size);
+    if (records.size() != 1) return records;
     std::vector<Blob> entries;
-    for (const FileEntry& entry : scanRecords(contents))
-        if (entry.isRecord()) entries.emplace_back(contents.subspan(entry.offset, entry.length));
-    const bool isODF = !entries.empty() && entries[0][0] >= firstContextTag;
-    return isODF ? entries : records;
+    for (const FileEntry& entry : entriesInOuterSequence(records[0]))
+        if (entry.isRecord())
+            entries.emplace_back(ASN1::View(records[0]).subspan(entry.offset, entry.length));
+    return entries.empty() ? records : entries;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "tovi/coders/KeyUsage.h"
 
+#include "tovi/interfaces/ASN1Coding.h"
 #include "tovi/interfaces/CardProfile.h"
 #include "tovi/interfaces/PKCS11.h"
 
@@ -35,6 +36,16 @@ void ASN1_decodeP11BoolAttr(const ASN1::BIT_STRING& bits, PKCS11Attrs& attribute
 void decodeKeyUsageFlags(const ASN1::BIT_STRING& usage, PKCS11Attrs& attributes) {
     for (const UsageBit& row : usageBits)
         ASN1_decodeP11BoolAttr(usage, attributes, row.attribute, row.bit);
+}
+
+void ASN1_encodeP11BoolAttr(ASN1::BIT_STRING& bits, const PKCS11Attrs& attributes,
+                            unsigned long attribute, unsigned int bit) {
+    ASN1_encodeBit(bits, bit, attributes.GetParam(attribute) == CK_TRUE);
+}
+
+void encodeKeyUsageFlags(ASN1::BIT_STRING& usage, const PKCS11Attrs& attributes) {
+    for (const UsageBit& row : usageBits)
+        ASN1_encodeP11BoolAttr(usage, attributes, row.attribute, row.bit);
 }
 
 }  // namespace tovi

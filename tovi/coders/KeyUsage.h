@@ -13,4 +13,12 @@ void ASN1_decodeP11BoolAttr(const ASN1::BIT_STRING& bits, PKCS11Attrs& attribute
 /// or false. nonRepudiation stands for CKA_ALWAYS_AUTHENTICATE.
 void decodeKeyUsageFlags(const ASN1::BIT_STRING& usage, PKCS11Attrs& attributes);
 
+/// Sets bit `bit` when the attribute is CK_TRUE; clears it for any other value and for an attribute
+/// that is not there.
+void ASN1_encodeP11BoolAttr(ASN1::BIT_STRING& bits, const PKCS11Attrs& attributes,
+                            unsigned long attribute, unsigned int bit);
+
+/// The mirror of decodeKeyUsageFlags: writes all ten bits.
+void encodeKeyUsageFlags(ASN1::BIT_STRING& usage, const PKCS11Attrs& attributes);
+
 }  // namespace tovi

@@ -4,6 +4,9 @@ namespace tovi {
 
 // Numbers of PKCS#11 v2.20 that the model uses: key types (CKK_) and attributes (CKA_).
 
+/// What PKCS11Attrs::GetParam gives for a boolean attribute that is true.
+inline constexpr unsigned char CK_TRUE = 1;
+
 inline constexpr unsigned long CKK_RSA = 0;
 inline constexpr unsigned long CKK_DSA = 1;
 inline constexpr unsigned long CKK_DH = 2;

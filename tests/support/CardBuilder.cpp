@@ -70,6 +70,11 @@ CardBuilder& CardBuilder::file(const Blob& fid, const Blob& contents) {
     return *this;
 }
 
+CardBuilder& CardBuilder::room(std::size_t octets) {
+    room_ = octets;
+    return *this;
+}
+
 CardBuilder& CardBuilder::withoutFile(const Blob& fid) {
     missing_.push_back(fid);
     return *this;
@@ -86,7 +91,8 @@ VirtualCard CardBuilder::build() const {
     card.addFolder(PKCS15_PATH, PKCS15_AID);
     const auto add = [&](const Blob& fid, const Blob& contents) {
         if (std::find(missing_.begin(), missing_.end(), fid) != missing_.end()) return;
-        card.addTransparent(absolutePath(fid), std::max<std::size_t>(contents.size(), 16), contents);
+        card.addTransparent(absolutePath(fid), std::max<std::size_t>(contents.size(), 16) + room_,
+                            contents);
     };
     add(PKCS15_EF_TOKEN_INFO, tokenInfo_);
     add(PKCS15_EF_ODF, odf_.value_or(usualODF_));
@@ -108,7 +114,8 @@ std::unique_ptr<PKCS15Container> containerOf(const CardBuilder& builder) {
 CardBuilder fullCard() {
     const Blob exchange = {'0', '1'}, signature = {'S', '0', '1'};
     return CardBuilder()
-        .tokenInfo(test::tokenInfo({.label = "Full card", .supportedAlgorithms = std::vector<AlgorithmRecord>(1)}))
+        .tokenInfo(test::tokenInfo(
+            {.label = "Full card", .supportedAlgorithms = std::vector<AlgorithmRecord>(1)}))
         .privateKeys({privateKey({.common = {.label = "Alice"},
                                   .id = exchange,
                                   .usage = namedBits({decrypt, sign})}),
@@ -123,8 +130,8 @@ CardBuilder fullCard() {
         .trustedCertificates({certificate({.serialNumber = integer(7)})})
         .usefulCertificates({certificate({.trustedUsage = trustedUsage({smartcardLogon()})})})
         .dataObjects({dataRecord({.applicationName = "tovi"})})
-        .authObjects({pin(), biometricTemplate({.reference = 2}), authKey(),
-                      externalByCertificate()});
+        .authObjects(
+            {pin(), biometricTemplate({.reference = 2}), authKey(), externalByCertificate()});
 }
 
 }  // namespace tovi::test

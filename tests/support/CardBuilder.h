@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -48,6 +49,8 @@ public:
 
     /// Adds any file below the application.
     CardBuilder& file(const Blob& fid, const Blob& contents);
+    /// Gives every file that many octets of padding behind its contents; it has none without this.
+    CardBuilder& room(std::size_t octets);
     /// Leaves a file out, whatever else is said of it.
     CardBuilder& withoutFile(const Blob& fid);
 
@@ -65,6 +68,7 @@ private:
     Blob usualODF_;
     std::vector<File> files_;
     std::vector<Blob> missing_;
+    std::size_t room_ = 0;
 };
 
 /// A card in memory and the connection to it.

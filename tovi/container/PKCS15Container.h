@@ -198,6 +198,100 @@ public:
     /// "getNextFreeFID") when the search reaches 7FFF.
     std::uint16_t getFreeFID(std::uint16_t startFID, unsigned char objectType) const;
 
+    // ---- writing ----
+    //
+    // write...Info adds a record to the directory file of its kind, gives the object the lowest
+    // free record number and returns it, also in info.recordNumber. update...Info rewrites the
+    // record of the object that info.recordNumber names; what infos do not model survives on the
+    // card. `os` null updates the model alone.
+    //
+    // All throw SmartcardException with the operation "PKCS15Container::writeInfo" or
+    // "PKCS15Container::updateInfo". Before anything is written: "encode info failed" for an info
+    // that is not valid, or while the model is not in step with what was read (a read that failed);
+    // what the entry coder of the kind throws; for updates also "invalid record number" and
+    // "invalid object type", as lookups do. When the card refuses a command: "not enough memory",
+    // code 0x16A84, whatever its status word. Other failures of the directory file pass through
+    // (see ProfileDFHandler). Card and model then agree: the record stands in both or in neither.
+
+    unsigned long writePrivateKeyInfo(ISCardOS* os, PKCS15ObjectInfo<PrivateKeyInfo>& info);
+    void updatePrivateKeyInfo(ISCardOS* os, const PKCS15ObjectInfo<PrivateKeyInfo>& info);
+    /// Also links the private key of record `privateKeyRecordNumber` to the new public key, unless
+    /// that is all ones. A number that names no private key throws as refPrivateKeyInfo does; the
+    /// public key has been written then.
+    unsigned long writePublicKeyInfo(ISCardOS* os, PKCS15ObjectInfo<PublicKeyInfo>& info,
+                                     unsigned long privateKeyRecordNumber);
+    void updatePublicKeyInfo(ISCardOS* os, const PKCS15ObjectInfo<PublicKeyInfo>& info);
+    unsigned long writeTrustedPublicKeyInfo(ISCardOS* os,
+                                            PKCS15ObjectInfo<TrustedPublicKeyInfo>& info);
+    void updateTrustedPublicKeyInfo(ISCardOS* os,
+                                    const PKCS15ObjectInfo<TrustedPublicKeyInfo>& info);
+    unsigned long writeBlockCipherKeyInfo(ISCardOS* os, PKCS15ObjectInfo<BlockCipherKeyInfo>& info);
+    void updateBlockCipherKeyInfo(ISCardOS* os, const PKCS15ObjectInfo<BlockCipherKeyInfo>& info);
+    unsigned long writeCertificateInfo(ISCardOS* os, PKCS15ObjectInfo<CertificateInfo>& info);
+    void updateCertificateInfo(ISCardOS* os, const PKCS15ObjectInfo<CertificateInfo>& info);
+    unsigned long writeTrustedCertificateInfo(ISCardOS* os,
+                                              PKCS15ObjectInfo<TrustedCertificateInfo>& info);
+    void updateTrustedCertificateInfo(ISCardOS* os,
+                                      const PKCS15ObjectInfo<TrustedCertificateInfo>& info);
+    unsigned long writeUsefulCertificateInfo(ISCardOS* os,
+                                             PKCS15ObjectInfo<UsefulCertificateInfo>& info);
+    void updateUsefulCertificateInfo(ISCardOS* os,
+                                     const PKCS15ObjectInfo<UsefulCertificateInfo>& info);
+    unsigned long writeDataInfo(ISCardOS* os, PKCS15ObjectInfo<DataInfo>& info);
+    void updateDataInfo(ISCardOS* os, const PKCS15ObjectInfo<DataInfo>& info);
+
+    /// Adds an authentication object and returns the index of its record; it takes no record
+    /// number.
+    ///
+    /// Throws "encode info failed" and what the authentication coder throws; when the card refuses
+    /// a command "not enough memory", here with the code 0x6A84; the operation is
+    /// "PKCS15Container::writeAuthInfo".
+    unsigned long writeAuthInfo(ISCardOS* os, const PKCS15ObjectInfo<AuthInfo>& info);
+    /// The same, over record `index`; all ones adds one.
+    unsigned long writeAuthInfo(ISCardOS* os, const PKCS15ObjectInfo<AuthInfo>& info,
+                                unsigned long index);
+    /// Rewrites the first authentication object with info.reference. Throws "invalid object
+    /// reference" (operation "PKCS15Container::updateAuthInfo") when there is none, else as
+    /// writeAuthInfo.
+    unsigned long updateAuthInfo(ISCardOS* os, const PKCS15ObjectInfo<AuthInfo>& info);
+
+    /// Writes EF(TokenInfo) and adopts `info`. An empty label or manufacturerID is removed from the
+    /// card; an empty supportedAlgorithms leaves the card's algorithms alone.
+    ///
+    /// Throws "invalid TokenInfo" when `info.info` is not valid, and what encodeTokenInfo throws;
+    /// getTokenInfo() is unchanged then.
+    void updateTokenInfo(ISCardOS* os, const PKCS15TokenInfo& info);
+    /// Writes `info` over record 0 of EF(TokenInfo) without adopting it.
+    ///
+    /// Throws "invalid TokenInfo" when none was read; "encoding error" when `info` breaks a
+    /// constraint of the record (an algorithm without arcs in algId is one); "update file failed";
+    /// and what the directory file throws.
+    void encodeTokenInfo(ISCardOS* os, const PKCS15TokenInfo& info);
+
+    /// Adds a key container, which lives until the next read, and links one key and one certificate
+    /// that it names to it, the exchange ones if it names any, and the public key of that key.
+    ///
+    /// Returns its record number. Throws as refPrivateKeyInfo and its like for a record number that
+    /// names no such object, a key without public key included; the container has been added then.
+    unsigned long writeContainerInfo(PKCS15ObjectInfo<ContainerInfo>& info);
+    /// Replaces the container of the same record number. No link changes. Throws as updates do.
+    void updateContainerInfo(const PKCS15ObjectInfo<ContainerInfo>& info);
+
+    // ---- deleting ----
+
+    /// Deletes the object's record from its directory file and the object from the model, and frees
+    /// its row; a key container lives in memory only. The file of the object's value stays, and so
+    /// do containers and links that name it.
+    ///
+    /// Throws, with nothing changed, "invalid record number", "object is already empty", "object is
+    /// the TokenInfo", "unknown object" for a record that did not decode, "failed to delete object"
+    /// when the card refuses, and what the directory file throws.
+    void deleteObjectInfo(ISCardOS* os, unsigned long recordNumber);
+    /// Deletes the first authentication object with that reference. Throws, with nothing changed,
+    /// "invalid object reference", "failed to delete auth info", and what the directory file
+    /// throws.
+    void deleteAuthInfo(ISCardOS* os, unsigned char reference);
+
     /// Hook for diagnostics; writes nothing.
     void print(std::ostream& stream) const;
 
@@ -239,6 +333,36 @@ private:
     unsigned long addContainer(PKCS15ObjectInfo<ContainerInfo>& container);
     void linkToContainer(unsigned long publicKey, unsigned long certificate,
                          std::uint64_t recordNumber);
+
+    template <class T>
+    unsigned long writeInfo(ISCardOS* os, T& info, std::vector<T>& infos, unsigned char objectType);
+    template <class T>
+    void updateInfo(ISCardOS* os, const T& info, std::vector<T>& infos, unsigned char objectType);
+    // Each encodes an info and writes it over record `index`, or as a new record for noIndex;
+    // returns the index of the record, or noIndex.
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<PrivateKeyInfo>& info,
+                             unsigned long index);
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<PublicKeyInfo>& info,
+                             unsigned long index);
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<TrustedPublicKeyInfo>& info,
+                             unsigned long index);
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<BlockCipherKeyInfo>& info,
+                             unsigned long index);
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<CertificateInfo>& info,
+                             unsigned long index);
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<TrustedCertificateInfo>& info,
+                             unsigned long index);
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<UsefulCertificateInfo>& info,
+                             unsigned long index);
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<DataInfo>& info,
+                             unsigned long index);
+    unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<ContainerInfo>& info,
+                             unsigned long index);
+    template <class Info, class Type>
+    bool deleteInfo(ISCardOS* os, unsigned long recordNumber, ProfileDFHandler& handler,
+                    RawList<Type>& raws, InfoList<Info>& infos);
+    bool deleteFromFile(ISCardOS* os, unsigned long recordNumber);
+    bool deleteContainer(unsigned long recordNumber);
 
     // The order is that of construction; destruction and clear() rely on it.
     bool isRead = false;

@@ -1,16 +1,21 @@
 #include "tools/CardAccess.h"
 
+#include <chrono>
 #include <ostream>
+#include <string_view>
 
-#include "tools/EfDir.h"
 #include "tools/Paths.h"
 #include "tools/Text.h"
+#include "tovi/card/CardFolderError.h"
 #include "tovi/interfaces/CardProfile.h"
 
 namespace tovi {
 namespace {
 
-std::unique_ptr<CardFolder> openFolder(Invocation& call, CardFolder::Mode mode) {
+constexpr std::chrono::milliseconds patience{10000};  // with other users of a folder
+constexpr std::chrono::milliseconds slice{50};        // of it, between two looks for an interrupt
+
+std::string folderNamed(Invocation& call) {
     const GlobalOptions& options = call.options();
     if (!options.reader.empty()) {
         throw Failure("readers are not supported by this build; use --card DIR", call.operation());
@@ -20,9 +25,28 @@ std::unique_ptr<CardFolder> openFolder(Invocation& call, CardFolder::Mode mode) 
         throw UsageError(
             "no card: name one with --card DIR or TOVI_CARD; 'tovi init DIR' makes a card folder");
     }
-    CardFolder::Options folderOptions;
-    folderOptions.mode = mode;
-    return std::make_unique<CardFolder>(folder, folderOptions);
+    return folder;
+}
+
+bool isInUse(const CardFolderError& error) {
+    return std::string_view(error.GetMessage()) == "card folder in use";
+}
+
+/// Opens the folder as soon as nobody else has it; Interrupted when the user gives up before.
+std::unique_ptr<CardFolder> openFolder(Invocation& call, CardFolder::Mode mode) {
+    const std::string folder = folderNamed(call);
+    CardFolder::Options options;
+    options.mode = mode;
+    options.patience = slice;
+    const auto end = std::chrono::steady_clock::now() + patience;
+    for (;;) {
+        call.checkInterrupt();
+        try {
+            return std::make_unique<CardFolder>(folder, options);
+        } catch (const CardFolderError& error) {
+            if (!isInUse(error) || std::chrono::steady_clock::now() >= end) throw;
+        }
+    }
 }
 
 std::unique_ptr<TraceChannel> traced(ICardChannel& channel, Invocation& call) {
@@ -63,15 +87,28 @@ Blob CardAccess::findApplication() {
             return Blob(file.path.begin() + 2, file.path.end());
         }
     }
-    return findInDirectory();
+    return pathInDirectory();
 }
 
 /// A card whose DF has no identifier may still name it in EF(DIR).
-Blob CardAccess::findInDirectory() {
-    const Blob path = applicationInDirectory(commands_, aid_);
-    if (!beginsWith(path, PKCS15_MF)) return PKCS15_DF;
+Blob CardAccess::pathInDirectory() {
+    const Blob path = findInDirectory(commands_, aid_).application;
+    if (path.empty()) return PKCS15_DF;
     application_.setPath(path);
     return Blob(path.begin() + 2, path.end());
+}
+
+ApplicationPlace CardAccess::place() {
+    return ApplicationPlace(rootPath(), findInDirectory(commands_, aid_));
+}
+
+std::optional<std::size_t> CardAccess::recordCapacity(const Blob& path) const {
+    using Kind = FileDescription::Kind;
+    for (const FileDescription& file : folder_->description().files()) {
+        const bool isLinear = file.kind == Kind::linearFixed || file.kind == Kind::linearVariable;
+        if (isLinear && file.path == path) return file.size;
+    }
+    return std::nullopt;
 }
 
 }  // namespace tovi

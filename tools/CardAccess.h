@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "tools/ApplicationCardOS.h"
+#include "tools/ApplicationFiles.h"
 #include "tools/Command.h"
 #include "tools/InterruptibleChannel.h"
 #include "tovi/card/CardFolder.h"
@@ -13,8 +16,9 @@ namespace tovi {
 
 /// The card that the command line names, with its application found.
 ///
-/// Throws UsageError when no card is named, Failure or CardFolderError when it cannot be used. A
-/// card without the application is no error here: selecting it will be one.
+/// Throws UsageError when no card is named, Failure or CardFolderError when it cannot be used, and
+/// Interrupted when the user stops waiting for somebody else who uses the card. A card without the
+/// application is no error here: selecting it will be one.
 class CardAccess {
 public:
     CardAccess(Invocation& call, CardFolder::Mode mode);
@@ -26,10 +30,14 @@ public:
     const Blob& applicationPath() const { return path_; }
     /// The same from 3F00 on.
     Blob rootPath() const;
+    /// Where the application's files lie; reads EF(DIR), which may name other places than usual.
+    ApplicationPlace place();
+    /// How many records a linear file may have, which a card folder knows and no card tells.
+    std::optional<std::size_t> recordCapacity(const Blob& path) const;
 
 private:
     Blob findApplication();
-    Blob findInDirectory();
+    Blob pathInDirectory();
 
     Blob aid_;
     std::unique_ptr<CardFolder> folder_;

@@ -19,6 +19,23 @@ public:
     ExitCode run(Invocation& call) override;
 };
 
+std::vector<ApplicationFile> filesOf(CardAccess& card) {
+    std::vector<ApplicationFile> files = readApplicationFiles(card.os(), card.place());
+    for (ApplicationFile& file : files) file.recordCapacity = card.recordCapacity(file.file.path);
+    return files;
+}
+
+/// A file that cannot be selected counts as transparent; what it holds nobody can tell.
+bool isLinearFile(ISCardOS& os, const Blob& path) {
+    try {
+        const FileStructure structure = os.selectFile(path).structure;
+        return structure == FileStructure::linearFixed ||
+               structure == FileStructure::linearVariable;
+    } catch (const SmartcardException&) {
+        return false;
+    }
+}
+
 /// The model's findings; that it cannot be read is one itself.
 Findings modelFindings(CardAccess& card) {
     const ContainerPointer model = makeContainer(card.applicationPath());
@@ -27,7 +44,7 @@ Findings modelFindings(CardAccess& card) {
     } catch (const Exception& exception) {
         return {{.kind = "unreadable-application", .message = ErrorReport::of(exception).line()}};
     }
-    return findingsOfModel(*model);
+    return findingsOfModel(*model, [&](const Blob& path) { return isLinearFile(card.os(), path); });
 }
 
 Json findingsJson(const Findings& findings) {
@@ -60,8 +77,7 @@ std::string findingsText(const Findings& findings, const Style& style) {
 
 ExitCode CheckCommand::run(Invocation& call) {
     CardAccess card(call, CardFolder::Mode::readOnly);
-    Findings findings =
-        findingsOfFiles(readApplicationFiles(card.os(), card.rootPath()), card.rootPath());
+    Findings findings = findingsOfFiles(filesOf(card), card.rootPath());
     for (Finding& finding : modelFindings(card)) findings.push_back(std::move(finding));
     if (call.options().json) {
         call.printJson(findingsJson(findings));

@@ -53,7 +53,8 @@ void CommandLine::declareOptions() {
     auto* card = app_.add_option("--card", options_.card, "a card folder (default: $TOVI_CARD)")
                      ->type_name("DIR")
                      ->check(checkedName);
-    app_.add_option("--reader", options_.reader, "a PC/SC reader, or a unique part of its name")
+    app_.add_option("--reader", options_.reader,
+                    "a PC/SC reader, by a unique part of its name (not in this build)")
         ->type_name("NAME")
         ->check(checkedName)
         ->excludes(card);

@@ -46,9 +46,8 @@ std::optional<Blob> pathNamed(std::string text, const Blob& rootPath) {
 }
 
 /// Files that EF(ODF) does not name; a card need not have them.
-std::vector<FileLocation> otherFiles(const Blob& rootPath) {
-    return {{&unusedSpaceFile, absolutePath(rootPath, Blob{0x50, 0x33})},
-            {&dirFile, Blob{0x3F, 0x00, 0x2F, 0x00}}};
+std::vector<FileLocation> otherFiles(const ApplicationPlace& place) {
+    return {{&unusedSpaceFile, place.unusedSpace}, {&dirFile, Blob{0x3F, 0x00, 0x2F, 0x00}}};
 }
 
 std::vector<FileLocation> withName(const std::vector<FileLocation>& files,
@@ -75,8 +74,9 @@ bool isKindOfFile(const std::string& name) {
 }
 
 std::vector<FileLocation> DumpCommand::chosen(Invocation& call, CardAccess& card) const {
-    std::vector<FileLocation> files = locateApplicationFiles(card.os(), card.rootPath());
-    for (const FileLocation& other : otherFiles(card.rootPath())) files.push_back(other);
+    const ApplicationPlace place = card.place();
+    std::vector<FileLocation> files = locateApplicationFiles(card.os(), place);
+    for (const FileLocation& other : otherFiles(place)) files.push_back(other);
     if (file_.empty()) return files;
     const auto found = withName(files, file_);
     if (!found.empty()) return found;
@@ -172,7 +172,9 @@ std::string segmentTitle(const Segment& segment) {
 }
 
 std::string segmentText(const Segment& segment, const Style& style) {
-    const bool isGood = segment.kind == Segment::Kind::record || segment.kind == Segment::Kind::gap;
+    const bool isGood = segment.kind == Segment::Kind::record ||
+                        segment.kind == Segment::Kind::gap ||
+                        segment.kind == Segment::Kind::wrapper;
     const std::string title = segmentTitle(segment);
     std::string text = "  " + (isGood ? title : style.warning(title)) + '\n';
     const bool isPlainGap = segment.kind == Segment::Kind::gap && isUniform(segment.octets);

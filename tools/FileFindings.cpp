@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "tools/Findings.h"
 #include "tools/Paths.h"
 #include "tools/Text.h"
@@ -17,22 +19,26 @@ std::string placeOf(const Segment& segment) {
                             : fmt::format("offset {}", segment.offset);
 }
 
-bool isDirectory(const ApplicationFile& file) {
-    return file.kind != &tokenInfoFile && file.kind != &odfFile;
-}
-
 std::size_t recordsIn(const ApplicationFile& file) {
-    return file.count(Segment::Kind::record) + file.count(Segment::Kind::undecodable);
+    return static_cast<std::size_t>(
+        std::count_if(file.segments.begin(), file.segments.end(),
+                      [](const Segment& segment) { return segment.isRecord(); }));
 }
 
 std::size_t octetsFreeIn(const ApplicationFile& file) {
     std::size_t free = 0;
     for (const Segment& segment : file.segments) {
-        const bool isUsed =
-            segment.kind == Segment::Kind::record || segment.kind == Segment::Kind::undecodable;
+        const bool isUsed = segment.isRecord() || segment.kind == Segment::Kind::wrapper;
         if (!isUsed) free += segment.octets.size();
     }
     return free;
+}
+
+/// Of `size` octets or records `free` are free.
+void reportIfNearlyFull(const ApplicationFile& file, std::size_t size, std::size_t free,
+                        const char* unit, Findings& findings) {
+    if (free >= (size + 9) / 10) return;
+    add(findings, "file-nearly-full", file, fmt::format("{} of {} {} are free", free, size, unit));
 }
 
 }  // namespace
@@ -78,11 +84,14 @@ void findUnread(const ApplicationFile& file, Findings& findings) {
 }
 
 void findNearlyFull(const ApplicationFile& file, Findings& findings) {
-    // How many records a linear file may still take, no card tells.
-    if (!isDirectory(file) || file.file.isLinear() || recordsIn(file) == 0) return;
-    const std::size_t size = file.file.octets.size(), free = octetsFreeIn(file);
-    if (free >= (size + 9) / 10) return;
-    add(findings, "file-nearly-full", file, fmt::format("{} of {} octets are free", free, size));
+    const std::size_t records = recordsIn(file);
+    if (records == 0) return;
+    if (!file.file.isLinear()) {
+        reportIfNearlyFull(file, file.file.octets.size(), octetsFreeIn(file), "octets", findings);
+    } else if (file.recordCapacity && file.kind != &tokenInfoFile) {  // which has one record only
+        const std::size_t size = std::max(*file.recordCapacity, records);
+        reportIfNearlyFull(file, size, size - records, "records", findings);
+    }
 }
 
 void findRepeated(const ApplicationFile& file, Findings& findings) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,7 +34,8 @@ void findInvalid(const ApplicationFile& file, Findings& findings);
 void findStale(const ApplicationFile& file, Findings& findings);
 /// unread-records: such as stand behind padding so long that reading ends in it.
 void findUnread(const ApplicationFile& file, Findings& findings);
-/// file-nearly-full: less than a tenth of a directory file is free.
+/// file-nearly-full: less than a tenth of the file is free, of its octets when transparent, of its
+/// records when linear and somebody knows how many it may have.
 void findNearlyFull(const ApplicationFile& file, Findings& findings);
 /// repeated-file: EF(ODF) names it twice, so that its records count twice.
 void findRepeated(const ApplicationFile& file, Findings& findings);
@@ -58,12 +60,15 @@ void findDuplicateIds(const PKCS15Container& model, Findings& findings);
 void findSharedFiles(const PKCS15Container& model, Findings& findings);
 /// path-outside-application
 void findObjectsOutside(const PKCS15Container& model, Findings& findings);
-/// overlapping-areas: values that lie, by index and length, on the same octets of one file.
-void findOverlaps(const PKCS15Container& model, Findings& findings);
+/// Whether the file at an absolute path is linear.
+using IsLinear = std::function<bool(const Blob& path)>;
+/// overlapping-areas: values that lie, by index and length, on the same octets of one transparent
+/// file, or in the same record of a linear one. Asks for the structure of files that hold several.
+void findOverlaps(const PKCS15Container& model, const IsLinear& isLinear, Findings& findings);
 
 /// All rules about files, file by file.
 Findings findingsOfFiles(const std::vector<ApplicationFile>& files, const Blob& rootPath);
 /// All rules about the model.
-Findings findingsOfModel(const PKCS15Container& model);
+Findings findingsOfModel(const PKCS15Container& model, const IsLinear& isLinear);
 
 }  // namespace tovi

@@ -31,18 +31,23 @@ void add(Findings& findings, const char* kind, const Named& object, std::string 
     findings.push_back(std::move(finding));
 }
 
-template <class Infos>
-std::set<Blob> identifiersOf(const Infos& infos) {
-    std::set<Blob> identifiers;
-    for (const auto& info : infos) identifiers.insert(identifierOf(info));
-    return identifiers;
-}
-
 /// Whether the record became an object with fields of its own.
 template <class Raw>
 bool isKnown(const PKCS15Container& model, const PKCS15Object& object, const Raw& raw) {
     const auto type = objectTypeOf(model, object);
     return type ? *type != unrecognisedObjectType : raw.isDecoded;
+}
+
+/// The identifiers of a list. A record that did not become an object may lend its own, if it has
+/// one, but no empty one.
+template <class Infos, class Raws>
+std::set<Blob> identifiersOf(const PKCS15Container& model, const Infos& infos, const Raws& raws) {
+    std::set<Blob> identifiers;
+    for (std::size_t i = 0; i < infos.size(); ++i) {
+        const Blob id = identifierOf(infos[i]);
+        if (!id.empty() || isKnown(model, infos[i], raws[i])) identifiers.insert(id);
+    }
+    return identifiers;
 }
 
 /// A certificate of an issuer needs no key on this card.
@@ -55,23 +60,54 @@ bool isAuthority(const ASN1Object<PKCS15::CertificateType>& raw) {
 
 /// Where the value of an object lies within its file.
 struct Area {
-    Blob file;
-    std::size_t start, end;
+    std::size_t index, length;
     Named object;
-};
 
-std::vector<Area> areasOf(const PKCS15Container& model) {
-    std::vector<Area> areas;
+    std::size_t end() const { return index + length; }
+};
+using AreasOfFile = std::vector<Area>;
+
+std::map<Blob, AreasOfFile> areasOf(const PKCS15Container& model) {
+    std::map<Blob, AreasOfFile> areas;
     const Blob root = model.getRootPath();
     forEachList(model, [&](const ListKind& list, const auto& infos, const auto&) {
         for (const auto& info : infos) {
-            if (info.path.path.empty() || info.path.length == 0) continue;
-            const std::size_t start = info.path.index;
-            areas.push_back({absolutePath(root, info.path.path), start, start + info.path.length,
-                             named(list, info)});
+            const PKCS15Path& path = info.path;
+            const bool isPart = path.index != 0 || path.length != 0;
+            if (path.path.empty() || !isPart) continue;
+            areas[absolutePath(root, path.path)].push_back(
+                {path.index, path.length, named(list, info)});
         }
     });
     return areas;
+}
+
+void findSharedOctets(const std::string& file, AreasOfFile areas, Findings& findings) {
+    std::stable_sort(areas.begin(), areas.end(),
+                     [](const Area& a, const Area& b) { return a.index < b.index; });
+    const Area* furthest = nullptr;  // of those before, the one that reaches furthest
+    for (const Area& area : areas) {
+        if (area.length == 0) continue;
+        if (furthest != nullptr && area.index < furthest->end()) {
+            add(findings, "overlapping-areas", area.object,
+                fmt::format("octets {} to {} of {} are also those of {}", area.index,
+                            std::min(area.end(), furthest->end()) - 1, file,
+                            furthest->object.name));
+        }
+        if (furthest == nullptr || area.end() > furthest->end()) furthest = &area;
+    }
+}
+
+/// In a linear file the index is a record number.
+void findSharedRecords(const std::string& file, const AreasOfFile& areas, Findings& findings) {
+    std::map<std::size_t, Named> first;
+    for (const Area& area : areas) {
+        const auto [place, isNew] = first.emplace(area.index, area.object);
+        if (isNew) continue;
+        add(findings, "overlapping-areas", area.object,
+            fmt::format("record {} of {} is also that of {}", area.index, file,
+                        place->second.name));
+    }
 }
 
 }  // namespace
@@ -91,7 +127,8 @@ void findUnsupported(const PKCS15Container& model, Findings& findings) {
 }
 
 void findDanglingAuthIds(const PKCS15Container& model, Findings& findings) {
-    const std::set<Blob> known = identifiersOf(model.getAuthInfos());
+    const std::set<Blob> known =
+        identifiersOf(model, model.getAuthInfos(), model.getRawAuthObjects());
     forEachList(model, [&](const ListKind& list, const auto& infos, const auto&) {
         for (const auto& info : infos) {
             if (info.authId.empty() || known.count(info.authId) > 0) continue;
@@ -99,7 +136,8 @@ void findDanglingAuthIds(const PKCS15Container& model, Findings& findings) {
                 "authId " + toHex(info.authId) + " names no authentication object");
         }
     });
-    const std::set<Blob> keys = identifiersOf(model.getBlockCipherKeyInfos());
+    const std::set<Blob> keys =
+        identifiersOf(model, model.getBlockCipherKeyInfos(), model.getRawSecretKeys());
     for (const auto& info : model.getAuthInfos()) {
         if (info.type != AuthType::authKey || keys.count(info.authKeyId) > 0) continue;
         add(findings, "dangling-auth-id", named(authObjects, info),
@@ -108,8 +146,9 @@ void findDanglingAuthIds(const PKCS15Container& model, Findings& findings) {
 }
 
 void findKeysWithoutCertificate(const PKCS15Container& model, Findings& findings) {
-    std::set<Blob> partners = identifiersOf(model.getCertificateInfos());
-    partners.merge(identifiersOf(model.getPublicKeyInfos()));
+    std::set<Blob> partners =
+        identifiersOf(model, model.getCertificateInfos(), model.getRawCertificates());
+    partners.merge(identifiersOf(model, model.getPublicKeyInfos(), model.getRawPublicKeys()));
     const auto& keys = model.getPrivateKeyInfos();
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (!isKnown(model, keys[i], model.getRawPrivateKeys()[i])) continue;
@@ -120,7 +159,8 @@ void findKeysWithoutCertificate(const PKCS15Container& model, Findings& findings
 }
 
 void findCertificatesWithoutKey(const PKCS15Container& model, Findings& findings) {
-    const std::set<Blob> keys = identifiersOf(model.getPrivateKeyInfos());
+    const std::set<Blob> keys =
+        identifiersOf(model, model.getPrivateKeyInfos(), model.getRawPrivateKeys());
     const auto& infos = model.getCertificateInfos();
     for (std::size_t i = 0; i < infos.size(); ++i) {
         const auto& raw = model.getRawCertificates()[i];
@@ -172,31 +212,25 @@ void findObjectsOutside(const PKCS15Container& model, Findings& findings) {
     });
 }
 
-void findOverlaps(const PKCS15Container& model, Findings& findings) {
-    std::vector<Area> areas = areasOf(model);
-    std::stable_sort(areas.begin(), areas.end(), [](const Area& a, const Area& b) {
-        return a.file != b.file ? a.file < b.file : a.start < b.start;
-    });
-    const Area* furthest = nullptr;  // of those before, the one that reaches furthest
-    for (const Area& area : areas) {
-        const bool isSameFile = furthest != nullptr && furthest->file == area.file;
-        if (isSameFile && area.start < furthest->end) {
-            add(findings, "overlapping-areas", area.object,
-                fmt::format("octets {} to {} of {} are also those of {}", area.start,
-                            std::min(area.end, furthest->end) - 1, toHex(area.file),
-                            furthest->object.name));
+void findOverlaps(const PKCS15Container& model, const IsLinear& isLinear, Findings& findings) {
+    for (const auto& [file, areas] : areasOf(model)) {
+        if (areas.size() < 2) continue;
+        if (isLinear(file)) {
+            findSharedRecords(toHex(file), areas, findings);
+        } else {
+            findSharedOctets(toHex(file), areas, findings);
         }
-        if (!isSameFile || area.end > furthest->end) furthest = &area;
     }
 }
 
-Findings findingsOfModel(const PKCS15Container& model) {
+Findings findingsOfModel(const PKCS15Container& model, const IsLinear& isLinear) {
     Findings findings;
-    for (auto* rule : {findUnsupported, findDanglingAuthIds, findKeysWithoutCertificate,
-                       findCertificatesWithoutKey, findDuplicateIds, findSharedFiles,
-                       findObjectsOutside, findOverlaps}) {
+    for (auto* rule :
+         {findUnsupported, findDanglingAuthIds, findKeysWithoutCertificate,
+          findCertificatesWithoutKey, findDuplicateIds, findSharedFiles, findObjectsOutside}) {
         rule(model, findings);
     }
+    findOverlaps(model, isLinear, findings);
     return findings;
 }
 

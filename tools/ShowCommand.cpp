@@ -60,10 +60,6 @@ Shown shown(const PKCS15Container& model, const ListKind& kind, const Infos& inf
     return object;
 }
 
-[[noreturn]] void refuse(const char* message) {
-    throw SmartcardException(message, "PKCS15Container::getInfo");
-}
-
 Shown findAuth(const PKCS15Container& model, std::uint64_t reference) {
     const auto& infos = model.getAuthInfos();
     for (std::size_t i = 0; i < infos.size(); ++i) {
@@ -88,16 +84,21 @@ std::optional<Shown> findInLists(const PKCS15Container& model, std::uint64_t rec
     return found;
 }
 
+Shown shownTokenInfo(const PKCS15Container& model) {
+    return {"TokenInfo", toJson(model.getTokenInfo()), "TokenInfo[0]",
+            valueText(*model.getRawTokenInfos().front().value)};
+}
+
 Shown findObject(const PKCS15Container& model, std::uint64_t record) {
     const auto& rows = model.getFATRecords();
-    if (record >= rows.size()) refuse("invalid record number");
-    if (rows[record].objectType == tokenInfoObject) {
-        return {"TokenInfo", toJson(model.getTokenInfo()), "TokenInfo[0]",
-                valueText(*model.getRawTokenInfos().front().value)};
+    std::optional<Shown> found;
+    if (record < rows.size()) {
+        found = rows[record].objectType == tokenInfoObject ? shownTokenInfo(model)
+                                                           : findInLists(model, record);
     }
-    auto found = findInLists(model, record);
-    if (!found) refuse("invalid object type");
-    return std::move(*found);
+    // Nothing has that number, so any lookup fails, and says why.
+    if (!found) model.getPrivateKeyInfo(record);
+    return std::move(found.value());
 }
 
 CLI::App* ShowCommand::declare(CLI::App& app) {

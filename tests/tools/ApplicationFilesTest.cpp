@@ -34,7 +34,7 @@ TEST(LocateApplicationFiles, FollowsEveryEntryThatNamesAFile) {
         "A70A300804063F0050154408"  // dataObjects: 3F0050154408
         "AA0405000500"              // of a later edition
         "A406300404024409");        // certificates: 4409 again
-    const auto files = locateApplicationFiles(test.os, root);
+    const auto files = locateApplicationFiles(test.os, ApplicationPlace(root));
     ASSERT_EQ(files.size(), 5u);
     EXPECT_EQ(files[0].kind->name, "TokenInfo");
     EXPECT_EQ(files[1].kind->name, "ODF");
@@ -49,9 +49,29 @@ TEST(LocateApplicationFiles, FollowsEveryEntryThatNamesAFile) {
 
 TEST(LocateApplicationFiles, NeedsTheApplicationAndNoMore) {
     TestCard empty;
-    EXPECT_THROW(locateApplicationFiles(empty.os, root), SmartcardException);
+    EXPECT_THROW(locateApplicationFiles(empty.os, ApplicationPlace(root)), SmartcardException);
     empty.card.addFolder(root, PKCS15_AID);
-    EXPECT_EQ(locateApplicationFiles(empty.os, root).size(), 2u);
+    EXPECT_EQ(locateApplicationFiles(empty.os, ApplicationPlace(root)).size(), 2u);
+}
+
+TEST(LocateApplicationFiles, GoesByTheDirectoryWhereThatSaysMore) {
+    Application test("");
+    test.card.addTransparent(below(0x5131), 16, *fromHex("A006300404024401"));
+    const ApplicationPlace place(root, {.odf = Blob{0x51, 0x31}, .tokenInfo = below(0x5132)});
+    const auto files = locateApplicationFiles(test.os, place);
+    ASSERT_EQ(files.size(), 3u);
+    EXPECT_EQ(files[0].path, below(0x5132));
+    EXPECT_EQ(files[1].path, below(0x5131));
+    EXPECT_EQ(files[2].path, below(0x4401));
+    EXPECT_EQ(place.unusedSpace, below(0x5033));
+}
+
+TEST(ReadApplicationFile, OpensTheSequenceAroundTheEntriesOfTheODF) {
+    Application test("3010A006300404024401A106300404024402");
+    const ApplicationFile file = readApplicationFile(test.os, {&odfFile, below(0x5031)});
+    EXPECT_EQ(file.count(Segment::Kind::wrapper), 1u);
+    EXPECT_EQ(file.count(Segment::Kind::record), 2u);
+    EXPECT_EQ(file.readByRecords, 2u);
 }
 
 TEST(ReadApplicationFile, CutsATransparentFileIntoSegments) {

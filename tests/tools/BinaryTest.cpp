@@ -1,12 +1,17 @@
 // The command as a process: what only a process can show.
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/file.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 
 #include "TestCommand.h"
+#include "TestProcess.h"
 
 namespace tovi::test {
 namespace {
@@ -45,6 +50,57 @@ TEST(Binary, ExitsWithTheStatusOfTheCommand) {
 
 TEST(Binary, UsesNoColourInAPipe) {
     EXPECT_EQ(shell("$TOVI " + plain + " list").out.find('\x1B'), std::string::npos);
+}
+
+/// What `list` writes on a terminal. All of it fits into the terminal's own buffer.
+std::string listOnTerminal(const std::map<std::string, std::string>& environment) {
+    TestTerminal terminal;
+    TestProcess process({"--card", sampleCard("plain"), "list"}, terminal.descriptor(), -1,
+                        environment);
+    EXPECT_EQ(process.wait(), 0);
+    return terminal.contents();
+}
+
+TEST(Binary, UsesColourOnATerminalUnlessAskedNotTo) {
+    EXPECT_THAT(listOnTerminal({{"TERM", "xterm"}, {"NO_COLOR", ""}}), HasSubstr("\x1B[1m"));
+    EXPECT_EQ(listOnTerminal({{"TERM", "xterm"}, {"NO_COLOR", "1"}}).find('\x1B'),
+              std::string::npos);
+    EXPECT_EQ(listOnTerminal({{"TERM", "dumb"}, {"NO_COLOR", ""}}).find('\x1B'), std::string::npos);
+}
+
+/// A copy of a sample card that somebody else is writing to.
+class BusyCard {
+public:
+    BusyCard() {
+        std::filesystem::copy(sampleCard("plain"), folder_.path() / "card",
+                              std::filesystem::copy_options::recursive);
+        lock_ = ::open((folder_ / "card").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        EXPECT_EQ(::flock(lock_, LOCK_EX), 0);
+    }
+    ~BusyCard() { ::close(lock_); }
+
+    std::string path() const { return folder_ / "card"; }
+    void release() const { ::flock(lock_, LOCK_UN); }
+
+private:
+    TemporaryFolder folder_;
+    int lock_ = -1;
+};
+
+TEST(Binary, StopsWaitingForACardWhenInterrupted) {
+    const BusyCard card;
+    TestProcess process({"--card", card.path(), "list"});
+    process.waitForHandler(SIGINT);
+    process.signal(SIGINT);
+    EXPECT_EQ(process.wait(), 130);
+}
+
+TEST(Binary, WaitsForACardThatIsInUse) {
+    const BusyCard card;
+    TestProcess process({"--card", card.path(), "list"});
+    process.waitForHandler(SIGINT);
+    card.release();
+    EXPECT_EQ(process.wait(), 0);
 }
 
 TEST(Binary, FailsWhenItsOutputIsClosed) {

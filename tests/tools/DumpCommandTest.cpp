@@ -34,7 +34,7 @@ TEST(Dump, ShowsEveryFileOfTheApplicationInTheOrderOfTheODF) {
 
 TEST(Dump, LosesNoOctetOfAFile) {
     for (const char* card :
-         {"rich", "gaps", "garbage", "card-b", "card-e", "card-g", "ff-filled"}) {
+         {"rich", "gaps", "garbage", "card-b", "card-e", "card-g", "ff-filled", "wrapped-odf"}) {
         const Json dump = runJson(card, {"dump"}).json();
         ASSERT_GE(dump["files"].size(), 3u) << card;
         for (const Json& file : dump["files"]) {
@@ -61,6 +61,32 @@ TEST(Dump, TellsRecordsErasedOnesAndGapsApart) {
     ASSERT_EQ(dump["files"].size(), 1u);
     EXPECT_THAT(kindsIn(dump["files"][0]), ElementsAre("gap", "record", "erased", "record", "gap",
                                                        "record", "gap", "record", "gap"));
+}
+
+TEST(Dump, OpensTheSequenceAroundTheEntriesOfTheODF) {
+    const Json file = runJson("wrapped-odf", {"dump", "ODF"}).json()["files"][0];
+    EXPECT_THAT(kindsIn(file), ElementsAre("wrapper", "record", "record", "record", "gap"));
+    EXPECT_EQ(file["segments"][0]["hex"], "3018");
+    EXPECT_EQ(file["segments"][1]["offset"], 2);
+    EXPECT_EQ(file["segments"][1]["value"]["privateKeys"]["path"]["efidOrPath"], "4401");
+}
+
+TEST(Dump, LooksForTheFilesWhereTheDirectorySays) {
+    const TemporaryFolder folder;
+    writeFile(folder / "card.json", R"({"files": [
+      {"path": "3F00/2F00", "size": 64, "kind": "DIR", "records": [
+        {"aid": "A000000063504B43532D3135", "path": "5015", "ddo": {
+          "oid": "1.2.3", "odfPath": {"efidOrPath": "5131"},
+          "tokenInfoPath": {"efidOrPath": "5132"}, "unusedPath": {"efidOrPath": "5133"}}}]},
+      {"path": "3F00/5015", "structure": "df"},
+      {"path": "3F00/5015/5131", "size": 16},
+      {"path": "3F00/5015/5132", "size": 16},
+      {"path": "3F00/5015/5133", "size": 16}]})");
+    ASSERT_EQ(run({"init", folder / "card", "--from", folder / "card.json"}).exit, 0);
+    const Json files = run({"--json", "--card", folder / "card", "dump"}).json()["files"];
+    std::vector<std::string> paths;
+    for (const Json& file : files) paths.push_back(file["path"]);
+    EXPECT_THAT(paths, ElementsAre("3F0050155132", "3F0050155131", "3F0050155133", "3F002F00"));
 }
 
 TEST(Dump, ShowsEachRecordAsValueAndNotation) {

@@ -49,8 +49,10 @@ TEST(Show, ShowsARecordThatDidNotDecode) {
 TEST(Show, RefusesWhatIsNotThere) {
     const Json record = runJson("plain", {"show", "4"}).json()["error"];
     EXPECT_EQ(record["message"], "invalid record number");
+    EXPECT_EQ(record["operation"], "PKCS15Container::checkObjectType");
     const Json huge = runJson("plain", {"show", "18446744073709551615"}).json()["error"];
     EXPECT_EQ(huge["message"], "invalid record number");
+    EXPECT_EQ(huge["operation"], "PKCS15Container::checkObjectType");
     const Json reference = runJson("plain", {"show", "auth:2"}).json()["error"];
     EXPECT_EQ(reference["message"], "invalid object reference");
     EXPECT_EQ(reference["operation"], "PKCS15Container::getAuthInfo");

@@ -71,8 +71,18 @@ TestApplication& TestApplication::add(const std::string& kind, const std::string
     return *this;
 }
 
+TestApplication& TestApplication::addFile(const Json& description) {
+    files_.push_back(description);
+    return *this;
+}
+
 TestApplication& TestApplication::replace(const std::string& fid, Json records) {
     file(fid)["records"] = std::move(records);
+    return *this;
+}
+
+TestApplication& TestApplication::resize(const std::string& fid, std::size_t octets) {
+    file(fid)["size"] = octets;
     return *this;
 }
 

@@ -14,8 +14,12 @@ public:
     /// Adds a directory file that EF(ODF) names. `more` are further members of its description.
     TestApplication& add(const std::string& kind, const std::string& fid, Json records,
                          const Json& more = Json::object());
+    /// Adds a file that EF(ODF) does not name.
+    TestApplication& addFile(const Json& description);
     /// Replaces the records of EF(TokenInfo) or EF(ODF), 5032 or 5031.
     TestApplication& replace(const std::string& fid, Json records);
+    /// Gives one of these two another size.
+    TestApplication& resize(const std::string& fid, std::size_t octets);
 
     /// Makes the card and runs a command on it with --json.
     Result run(std::vector<std::string> arguments);

@@ -18,6 +18,12 @@ using Json = nlohmann::ordered_json;
 constexpr const char* otherForm = "otherForm";
 constexpr unsigned deepest = 64;
 
+/// What was found, for an error. Of arrays and objects, which may be deep, only what they are.
+std::string shown(const Json& found) {
+    if (found.is_structured()) return fmt::format("an {} of {}", found.type_name(), found.size());
+    return found.dump(-1, ' ', false, Json::error_handler_t::replace).substr(0, 80);
+}
+
 /// One value on its way in, and where it stands.
 class Filler {
 public:
@@ -27,9 +33,7 @@ public:
 
 private:
     [[noreturn]] void fail(const Json& found, const std::string& expected) const {
-        throw UsageError(fmt::format(
-            "{}: found {}, expected {}", where_,
-            found.dump(-1, ' ', false, Json::error_handler_t::replace).substr(0, 80), expected));
+        throw UsageError(fmt::format("{}: found {}, expected {}", where_, shown(found), expected));
     }
     Filler at(std::string_view member) const {
         return {where_ + "." + std::string(member), depth_ + 1};

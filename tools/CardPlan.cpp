@@ -5,13 +5,12 @@
 #include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
-#include "tools/ApplicationFiles.h"
-#include "tools/AsnJson.h"
+#include "tools/Failure.h"
+#include "tools/JsonInput.h"
 #include "tools/JsonPlace.h"
+#include "tools/PlannedContents.h"
 #include "tools/Text.h"
-#include "tovi/asn1/Coding.h"
 
 namespace tovi {
 namespace {
@@ -20,85 +19,6 @@ using Json = nlohmann::ordered_json;
 using Place = JsonPlace;
 
 constexpr const char* remark = JsonPlace::remark;
-constexpr int deepest = 100;  // no record comes near it
-
-// ---- contents ----
-
-const FileKind& kindNamed(const Place& name) {
-    for (const FileKind* kind : {&tokenInfoFile, &odfFile, &unusedSpaceFile, &dirFile}) {
-        if (kind->name == name.text()) return *kind;
-    }
-    for (std::size_t choice = 0; choice <= 8; ++choice) {
-        if (directoryFileKind(choice).name == name.text()) return directoryFileKind(choice);
-    }
-    name.fail("a kind of file such as PrKDF");
-}
-
-Blob encoded(const FileKind& kind, const Place& value) {
-    if (kind.record == nullptr) value.fail("'kind' on the file, for its records");
-    ASN1::AnyValue record(*kind.record);
-    asnFromJson(record, value.json(), value.where());
-    return ASN1::encode(ASN1::AbstractData(record.type(), record.get()));
-}
-
-/// One element of `records`.
-Blob entry(const FileKind& kind, const Place& place) {
-    if (place.has("hex")) {
-        place.allow({"hex"});
-        return place.at("hex").octets();
-    }
-    if (place.has("gap")) {
-        place.allow({"gap", "with"});
-        const Blob with = place.has("with") ? place.at("with").octets() : Blob{0x00};
-        if (with.size() != 1) place.at("with").fail("one octet");
-        return Blob(place.at("gap").number(CardDescription::maxFileSize), with[0]);
-    }
-    if (place.has("erased")) {
-        place.allow({"erased"});
-        Blob record = encoded(kind, place.at("erased"));
-        record[0] = 0x00;
-        return record;
-    }
-    if (place.has("cut")) {
-        place.allow({"cut", "of"});
-        if (!place.has("of")) place.fail("'of', the record that is cut");
-        Blob record = encoded(kind, place.at("of"));
-        record.resize(place.at("cut").number(record.size()));
-        return record;
-    }
-    return encoded(kind, place);
-}
-
-/// All elements of `records`, together at most `room` octets: a few words may ask for a lot.
-std::vector<Blob> entries(const FileKind& kind, const Place& place, std::size_t room) {
-    place.expectArray();
-    std::vector<Blob> entries;
-    for (std::size_t i = 0; i < place.count(); ++i) {
-        entries.push_back(entry(kind, place.at(i)));
-        if (entries.back().size() > room) place.fail("records that fit into the file");
-        room -= entries.back().size();
-    }
-    return entries;
-}
-
-FileContents contents(const FileDescription& file, const Place& place) {
-    const FileKind& kind = place.has("kind") ? kindNamed(place.at("kind")) : otherFile;
-    FileContents contents;
-    if (!place.has("records")) return contents;
-    const bool isSized = file.kind == FileDescription::Kind::transparent && place.has("size");
-    const std::vector<Blob> records =
-        entries(kind, place.at("records"), isSized ? file.size : CardDescription::maxFileSize);
-    if (file.kind != FileDescription::Kind::transparent) return {{}, records};
-    for (const Blob& record : records) contents.octets.append(record);
-    if (place.has("fill") && contents.octets.size() < file.size) {
-        const Blob fill = place.at("fill").octets();
-        if (fill.size() != 1) place.at("fill").fail("one octet");
-        contents.octets.resize(file.size, fill[0]);
-    }
-    return contents;
-}
-
-// ---- files and PINs ----
 
 Blob pathOf(const Place& place) {
     std::string digits = place.text();
@@ -200,36 +120,29 @@ CardPlan cardPlanFromJson(const Json& json) {
     }
     if (!place.has("files")) return plan;
     place.at("files").expectArray();
+    std::size_t left = CardDescription::maxCardSize;
     for (std::size_t i = 0; i < json["files"].size(); ++i) {
         const Place entry(json["files"][i], fmt::format("files[{}]", i));
         FileDescription file = fileOf(entry);
         // Without a size the contents say it; else they come second, when the card has room for it.
         FileContents held;
         if (!entry.has("size")) {
-            held = contents(file, entry);
+            held = contentsFromJson(file, entry, left);
             file.size = held.octets.size() + held.records.size();
         }
         add(plan.card, file, entry);
         if (file.kind == FileDescription::Kind::df) continue;
-        if (entry.has("size")) held = contents(file, entry);
+        if (entry.has("size")) held = contentsFromJson(file, entry, left);
+        left -= std::min(left, sizeOf(held));
         plan.contents[pathName(file.path)] = std::move(held);
     }
     return plan;
 }
 
 CardPlan cardPlanFromFile(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    if (!in || !text) throw Failure(file.string() + ": cannot be read", "tovi::cardPlanFromFile");
-    const auto limitDepth = [](int depth, Json::parse_event_t, Json&) {
-        if (depth > deepest) throw UsageError("more than 100 levels");
-        return true;
-    };
+    const Json json = readJsonFile(file);
     try {
-        return cardPlanFromJson(Json::parse(text.str(), limitDepth));
-    } catch (const Json::exception& exception) {
-        throw UsageError(file.string() + ": " + exception.what());
+        return cardPlanFromJson(json);
     } catch (const UsageError& error) {
         throw UsageError(file.string() + ": " + error.what());
     }

@@ -39,8 +39,8 @@ struct CardPlan {
 ///
 /// An entry, a file and a PIN may carry a remark, `about`. The records of a linear file are entries
 /// too, one each. `fill` pads the rest of a transparent file. Without `size` there is room for the
-/// records and no more. "card", a list of lines, stands for
-/// the whole of CARD, whatever it says; it is for tests.
+/// records and no more. A record that would not be read as the value that is asked for is refused.
+/// "card", a list of lines, stands for the whole of CARD, whatever it says; it is for tests.
 ///
 /// Throws UsageError that names the place.
 CardPlan cardPlanFromJson(const nlohmann::ordered_json& json);

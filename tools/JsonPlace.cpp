@@ -9,8 +9,10 @@
 
 namespace tovi {
 
-void JsonPlace::fail(const std::string& expected) const {
-    throw UsageError(where_ + ": expected " + expected);
+void JsonPlace::fail(const std::string& expected) const { refuse("expected " + expected); }
+
+void JsonPlace::refuse(const std::string& reason) const {
+    throw UsageError(where_ + ": " + reason);
 }
 
 void JsonPlace::allow(std::initializer_list<const char*> names) const {
@@ -27,6 +29,11 @@ void JsonPlace::expectArray() const {
 
 JsonPlace JsonPlace::at(std::size_t index) const {
     return {json_[index], fmt::format("{}[{}]", where_, index)};
+}
+
+bool JsonPlace::boolean() const {
+    if (!json_.is_boolean()) fail("true or false");
+    return json_.get<bool>();
 }
 
 std::string JsonPlace::text() const {

@@ -21,20 +21,25 @@ public:
     /// `json` must outlive this object.
     JsonPlace(const Json& json, std::string where) : json_(json), where_(std::move(where)) {}
 
+    /// Refuses the value: "files[1].size: expected EXPECTED".
     [[noreturn]] void fail(const std::string& expected) const;
+    /// Refuses it for another reason than its form: "files[1].size: REASON".
+    [[noreturn]] void refuse(const std::string& reason) const;
     /// Refuses what is no object, and members that are none of these.
     void allow(std::initializer_list<const char*> names) const;
     void expectArray() const;
 
-    bool has(const char* name) const { return json_.contains(name); }
+    bool has(const std::string& name) const { return json_.contains(name); }
     /// A member that is there.
-    JsonPlace at(const char* name) const { return {json_[name], where_ + "." + name}; }
+    JsonPlace at(const std::string& name) const { return {json_[name], where_ + "." + name}; }
     /// An element of an array.
     JsonPlace at(std::size_t index) const;
     std::size_t count() const { return json_.size(); }
     const Json& json() const { return json_; }
     const std::string& where() const { return where_; }
 
+    bool isNull() const { return json_.is_null(); }
+    bool boolean() const;
     std::string text() const;
     /// A number from 0 to `most`.
     std::size_t number(std::size_t most) const;

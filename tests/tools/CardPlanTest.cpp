@@ -165,6 +165,12 @@ INSTANTIATE_TEST_SUITE_P(
                       {"kind", "ODF"},
                       {"records", Json::array({{{"gap", 16777216}}, {{"gap", 1}}})}}),
                 "files[1].records: expected records that fit"},
+        Refusal{"noEncoding", records({{{"...", ""}}}), "files[1].records[0]: has no encoding"},
+        Refusal{"noReadableEncoding",
+                records({entry,
+                         {{"privateKeys", {{"path", {{"efidOrPath", {{"otherForm", "05"}}}}}}}}}),
+                "files[1].records[1]: its encoding does not read back: "},
+        Refusal{"erasedNothing", records({{{"erased", {{"...", ""}}}}}), "has no encoding"},
         Refusal{"cutNothing", records({{{"cut", 1}}}), "'of'"},
         Refusal{"cutTooMuch", records({{{"cut", 9}, {"of", entry}}}), "a number from 0 to 8"},
         Refusal{"pinWithoutValue", {{"pins", {{{"reference", 1}}}}}, "'value'"},
@@ -175,16 +181,26 @@ INSTANTIATE_TEST_SUITE_P(
                 "pins[0].left"}),
     [](const auto& test) { return std::string(test.param.name); });
 
-TEST(CardPlanFile, RefusesMoreLevelsThanAnyCardHas) {
-    const TemporaryFolder folder;
-    writeFile(folder / "card.json", std::string(100000, '['));
-    EXPECT_THROW(cardPlanFromFile(folder / "card.json"), UsageError);
+TEST(CardPlan, RefusesMoreThanACardHolds) {
+    Json files = Json::array({masterFile});
+    for (const char* path : {"3F005001", "3F005002", "3F005003", "3F005004", "3F005005"}) {
+        files.push_back({{"path", path}, {"records", Json::array({{{"gap", 16777216}}})}});
+    }
+    files.erase(files.begin() + 5);
+    EXPECT_EQ(cardPlanFromJson({{"files", files}}).contents.size(), 4u);
+    files.push_back({{"path", "3F005005"}, {"records", Json::array({{{"gap", 1}}})}});
+    EXPECT_THROW(cardPlanFromJson({{"files", files}}), UsageError);
 }
 
-TEST(CardPlanFile, RefusesWhatIsNoJson) {
+TEST(CardPlanFile, NamesTheFileInItsErrors) {
     const TemporaryFolder folder;
-    writeFile(folder / "card.json", "{\"files\": [");
-    EXPECT_THROW(cardPlanFromFile(folder / "card.json"), UsageError);
+    writeFile(folder / "card.json", R"({"files": [{"path": 1}]})");
+    try {
+        cardPlanFromFile(folder / "card.json");
+        FAIL() << "accepted";
+    } catch (const UsageError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("card.json: files[0].path: expected a text"));
+    }
     EXPECT_THROW(cardPlanFromFile(folder / "none.json"), Failure);
 }
 

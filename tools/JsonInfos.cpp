@@ -172,15 +172,11 @@ Json toJson(const PKCS15TokenInfo& info) {
     return json;
 }
 
-Json toJson(const std::vector<FATInfo>& rows) {
-    Json json = Json::array();
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const bool isFree = rows[i].objectType == freeRow;
-        json.push_back({{"recordNumber", i},
-                        {"objectType", rows[i].objectType},
-                        {"isPrivate", isFree ? Json(nullptr) : Json(rows[i].isPrivate != 0)}});
-    }
-    return json;
+Json toJson(const FATInfo& row, std::size_t recordNumber) {
+    const bool isFree = row.objectType == freeRow;
+    return {{"recordNumber", recordNumber},
+            {"objectType", row.objectType},
+            {"isPrivate", isFree ? Json(nullptr) : Json(row.isPrivate != 0)}};
 }
 
 Json toJson(const PKCS15ObjectInfo<PrivateKeyInfo>& info, const ObjectState& state) {

@@ -22,7 +22,7 @@ struct ObjectState {
 };
 
 Json toJson(const PKCS15TokenInfo& info);
-Json toJson(const std::vector<FATInfo>& rows);
+Json toJson(const FATInfo& row, std::size_t recordNumber);
 Json toJson(const PKCS15ObjectInfo<PrivateKeyInfo>& info, const ObjectState& state);
 /// Also of trusted public keys.
 Json toJson(const PKCS15Object& object, const PublicKeyInfo& info, const ObjectState& state);

@@ -2,6 +2,7 @@
 
 #include "tools/CardAccess.h"
 #include "tools/Command.h"
+#include "tools/JsonWriter.h"
 #include "tools/ObjectText.h"
 #include "tools/Text.h"
 
@@ -17,24 +18,29 @@ public:
     ExitCode run(Invocation& call) override;
 };
 
-Json listJson(const PKCS15Container& model) {
-    Json json;
-    json["rootPath"] = toHex(model.getRootPath());
-    json["tokenInfo"] = toJson(model.getTokenInfo());
-    json["fat"] = toJson(model.getFATRecords());
+void printList(const PKCS15Container& model, Invocation& call) {
+    JsonWriter document(call);
+    document.add("rootPath", toHex(model.getRootPath()));
+    document.add("tokenInfo", toJson(model.getTokenInfo()));
+    document.beginList("fat");
+    const auto& rows = model.getFATRecords();
+    for (std::size_t i = 0; i < rows.size(); ++i) document.addElement(toJson(rows[i], i));
+    document.endList();
     forEachList(model, [&](const ListKind& kind, const auto& infos, const auto& raws) {
         if (&kind == &authObjects) {
-            Json& containers = json[keyContainers.key] = Json::array();
+            document.beginList(keyContainers.key);
             for (const auto& info : model.getContainerInfos()) {
-                containers.push_back(toJson(info, {objectTypeOf(model, info), true}));
+                document.addElement(toJson(info, {objectTypeOf(model, info), true}));
             }
+            document.endList();
         }
-        Json& list = json[kind.key] = Json::array();
+        document.beginList(kind.key);
         for (std::size_t i = 0; i < infos.size(); ++i) {
-            list.push_back(objectJson(infos[i], stateOf(model, infos[i], raws[i])));
+            document.addElement(objectJson(infos[i], stateOf(model, infos[i], raws[i])));
         }
+        document.endList();
     });
-    return json;
+    document.finish();
 }
 
 ExitCode ListCommand::run(Invocation& call) {
@@ -42,7 +48,7 @@ ExitCode ListCommand::run(Invocation& call) {
     const ContainerPointer model = makeContainer(card.applicationPath());
     model->readFromCard(&card.os());
     if (call.options().json) {
-        call.printJson(listJson(*model));
+        printList(*model, call);
     } else {
         call.printText(modelText(*model, call.style()));
     }

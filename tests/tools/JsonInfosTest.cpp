@@ -218,10 +218,11 @@ TEST(JsonOfTokenInfo, HasEveryFieldInOrder) {
 }
 
 TEST(JsonOfFAT, HasNullForTheFlagOfAFreeRow) {
-    const std::vector<FATInfo> rows = {{tokenInfoObject, 0, 0, 0}, {}, {privateKeyObject, 1, 2, 2}};
-    EXPECT_EQ(toJson(rows).dump(), R"([{"recordNumber":0,"objectType":6,"isPrivate":false},)"
-                                   R"({"recordNumber":1,"objectType":0,"isPrivate":null},)"
-                                   R"({"recordNumber":2,"objectType":1,"isPrivate":true}])");
+    EXPECT_EQ(toJson(FATInfo{tokenInfoObject, 0, 0, 0}, 0).dump(),
+              R"({"recordNumber":0,"objectType":6,"isPrivate":false})");
+    EXPECT_EQ(toJson(FATInfo{}, 1).dump(), R"({"recordNumber":1,"objectType":0,"isPrivate":null})");
+    EXPECT_EQ(toJson(FATInfo{privateKeyObject, 1, 2, 2}, 2).dump(),
+              R"({"recordNumber":2,"objectType":1,"isPrivate":true})");
 }
 
 TEST(JsonOfAttributes, ShowsOtherAttributesInHex) {

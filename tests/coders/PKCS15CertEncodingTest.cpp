@@ -120,7 +120,7 @@ TYPED_TEST(EncodeCertificate, AddsLogonBehindTheOtherPurposes) {
         {trustedUsage({server, shorter, longer}), trustedUsage({server, shorter, longer, logon})},
     };
     for (const Case& each : cases)
-        for (const std::uint64_t wanted : {0x100, 267, 0x1FF, 0xFFFE}) {
+        for (const std::uint64_t wanted : {0x100u, 267u, 0x1FFu, 0xFFFEu}) {
             EXPECT_EQ(this->usageUpdated(each.stored, wanted), this->expected(each.result));
             EXPECT_EQ(this->usageUpdated(each.result, wanted), this->expected(each.result))
                 << "once is enough";
@@ -135,7 +135,7 @@ TYPED_TEST(EncodeCertificate, AddsNoLogonToAListThatHasItAnywhere) {
 }
 
 TYPED_TEST(EncodeCertificate, RemovesTheWholeUsageWithItsOnlyPurpose) {
-    for (const std::uint64_t wanted : {0x0, 0x1, 0x3, 0x2FF, 0xFEFF})
+    for (const std::uint64_t wanted : {0x0u, 0x1u, 0x3u, 0x2FFu, 0xFEFFu})
         EXPECT_EQ(this->usageUpdated(trustedUsage({smartcardLogon()}), wanted), this->expected({}));
 }
 
@@ -173,7 +173,7 @@ TYPED_TEST(EncodeCertificate, PassesOverThePurposeBehindOneThatItRemoves) {
 }
 
 TYPED_TEST(EncodeCertificate, AsksForNoUsageInANewRecordUnlessLogonIsWanted) {
-    for (const std::uint64_t wanted : {0x0, 0x3, 0xFFFF})
+    for (const std::uint64_t wanted : {0x0u, 0x3u, 0xFFFFu})
         EXPECT_EQ(
             written<TypeParam>(infoWith<TypeParam>([&](auto& i) { i.trustedUsage = wanted; })),
             this->expected({}));

@@ -7,6 +7,7 @@
 #include <map>
 #include <vector>
 
+#include "tests/support/Der.h"
 #include "tovi/interfaces/Exception.h"
 #include "tovi/interfaces/ISCardOS.h"
 
@@ -16,11 +17,6 @@ namespace tovi::test {
 inline Blob operator+(Blob a, const Blob& b) {
     a.append(ASN1::View(b));
     return a;
-}
-
-// Inlined, GCC 12 believes that many octets are set in the room for few, and warns.
-[[gnu::noinline]] inline Blob times(std::size_t count, std::uint8_t octet) {
-    return Blob(count, octet);
 }
 
 /// One elementary file of a FakeCard.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tovi/interfaces/Blob.h"
+
 namespace PKCS15 {
 struct CommonObjectAttributes;
 }
@@ -11,6 +13,11 @@ class PKCS15CT {
 public:
     /// True unless accessControlRules is present and breaks a constraint of its type.
     static bool decodeAuthConstraints(const PKCS15::CommonObjectAttributes& attributes);
+
+    /// Sets accessControlRules from its DER; null leaves it as it stands. False, and `attributes`
+    /// as they were, when the octets are not the DER of that member or break a constraint of it.
+    static bool encodeAuthConstraints(const byte_array* constraints,
+                                      PKCS15::CommonObjectAttributes& attributes);
 };
 
 }  // namespace tovi

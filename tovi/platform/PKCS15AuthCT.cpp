@@ -1,10 +1,10 @@
+// The decoding side of PKCS15AuthCT.
 #include "tovi/interfaces/PKCS15AuthCT.h"
-
-#include <algorithm>
 
 #include "tovi/coders/CommonAttributes.h"
 #include "tovi/interfaces/CardProfile.h"
 #include "tovi/interfaces/PKCS15CT.h"
+#include "tovi/platform/AuthNumbers.h"
 #include "tovi/records/AuthInfo.h"
 #include "tovi/records/PKCS15Object.h"
 
@@ -21,39 +21,6 @@ void decodeCommon(Info& info, const Object& object, AuthType type, const char* a
     getPKCS15Attributes(info, object.commonObjectAttributes);
     getPKCS15Label(info.label, object.commonObjectAttributes, alternative);
     ASN1_assign(info.authObjectId, object.classAttributes.authId);
-}
-
-/// A number as AuthInfo holds it; one that is too large becomes the largest.
-std::uint32_t toNumber(std::uint64_t value) {
-    return static_cast<std::uint32_t>(std::min<std::uint64_t>(value, noAuthValue - 1));
-}
-
-/// The same for numbers that may be negative; those are none.
-std::uint32_t toNumber(const ASN1::INTEGER& value) {
-    if (value.isNegative()) return noAuthValue;
-    return value.fitsInt64() ? toNumber(value.toUInt64()) : noAuthValue - 1;
-}
-
-std::uint32_t toNumber(const ASN1::ENUMERATED& value) {
-    return value.value < 0 ? noAuthValue : toNumber(static_cast<std::uint64_t>(value.value));
-}
-
-std::uint32_t toFlags(const ASN1::BIT_STRING& bits) {
-    std::uint32_t flags = 0;
-    for (unsigned bit = 0; bit < 32; ++bit)
-        if (bits.test(bit)) flags |= std::uint32_t{1} << bit;
-    return flags;
-}
-
-/// Arcs of four octets each, most significant first.
-Blob toArcs(const ASN1::OBJECT_IDENTIFIER& identifier) {
-    Blob octets;
-    for (const ASN1::OBJECT_IDENTIFIER::Arc arc : identifier.arcs()) {
-        const std::uint64_t value = std::min<std::uint64_t>(arc, 0xFFFFFFFF);
-        for (int shift = 24; shift >= 0; shift -= 8)
-            octets.push_back(static_cast<std::uint8_t>(value >> shift));
-    }
-    return octets;
 }
 
 void decodeReference(Info& info, const std::optional<std::uint64_t>& reference) {

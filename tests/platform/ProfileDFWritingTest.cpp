@@ -159,6 +159,30 @@ TEST(WriteSequence, DoesNotTouchAFileThatIsKnownToBeFull) {
     EXPECT_EQ(kind.card.selects, 1u);
 }
 
+TEST(WriteSequence, GoesOnlyToFilesOfThisRound) {
+    Kind kind(fileOf(a + b, 200), fileOf(c, 200));
+    kind.handler->BeginRound();
+    kind.readFile(Kind::second);
+    EXPECT_EQ(kind.write(fresh), 1u);
+    EXPECT_EQ(kind.octets(Kind::second), c + fresh + times(135, 0x00));
+    EXPECT_EQ(kind.octets(), a + b + times(150, 0x00));
+    kind.update(0, a);
+    EXPECT_EQ(kind.octets(Kind::second), a + fresh + times(155, 0x00));
+    EXPECT_EQ(failureOf([&] { kind.update(2, a); }), changed("UpdateSequence"));
+    EXPECT_EQ(failureOf([&] { kind.remove(2); }), changed("DeleteSequence"));
+    EXPECT_EQ(kind.octets(), a + b + times(150, 0x00));
+}
+
+TEST(WriteSequence, FindsNoFileAfterTheBeginningOfARound) {
+    Kind kind(fileOf(a, 100));
+    kind.handler->BeginRound();
+    EXPECT_TRUE(kind.handler->records().empty());
+    EXPECT_EQ(failureOf([&] { kind.write(fresh); }),
+              smartcardFailure("no directory file", "ProfileDFHandler::WriteSequence"));
+    kind.readFile(Kind::path);
+    EXPECT_EQ(kind.write(fresh), 1u);
+}
+
 TEST(UpdateSequence, SendsOnlyWhatDiffers) {
     Kind kind(fileOf(a + b + c, 200));
     Blob edited = b;

@@ -56,11 +56,13 @@ public:
 
     void read(unsigned char tag = IGNORE_TAG) {
         card.isWritable = true;
-        for (const auto& [name, file] : card.files) {
-            handler->SetFilePath(name, nullptr);
-            handler->ReadFile(&card, tag, true);
-        }
+        for (const auto& [name, file] : card.files) readFile(name, tag);
         forgetCosts();
+    }
+
+    void readFile(const Blob& name, unsigned char tag = IGNORE_TAG) {
+        handler->SetFilePath(name, nullptr);
+        handler->ReadFile(&card, tag, true);
     }
 
     void forgetCosts() { card.selects = card.reads = card.writes = 0; }

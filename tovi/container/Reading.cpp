@@ -79,6 +79,11 @@ void PKCS15Container::readODF(ISCardOS* os) {
 }
 
 void PKCS15Container::readDirectoryFiles(ISCardOS* os) {
+    // The ODF may name other files than at the last read.
+    for (ProfileDFHandler* handler :
+         {&prkdfHandler, &pukdfHandler, &trustedPukdfHandler, &skdfHandler, &cdfHandler,
+          &trustedCdfHandler, &usefulCdfHandler, &dodfHandler, &aodfHandler})
+        handler->BeginRound();
     const auto read = [&](ProfileDFHandler& handler, auto& raws, const Blob& path,
                           const char* failure) {
         handler.SetFilePath(path, nullptr);

@@ -12,8 +12,8 @@ class ISCardOS;
 /// One kind of PKCS#15 directory file as a sequence of records.
 ///
 /// Reading takes one file after the other: SetFilePath, then ReadFile. A handler may read several
-/// files of its kind; the index of a record runs through all of them in the order of reading. The
-/// first path coming again starts a new round.
+/// files of its kind; the index of a record runs through all of them in the order of reading.
+/// BeginRound, or the first path coming again, starts a new round.
 ///
 /// Writing selects the file, reads what it is about to change and what ReadFile left unread, and
 /// then writes. A transparent file is afterwards compact: records from the first octet on, then
@@ -24,9 +24,10 @@ class ISCardOS;
 ///
 /// Writing throws SmartcardException: "no card"; "no directory file" when none was read to be
 /// written to; "invalid record"; "directory file changed" when the card does not hold what was read
-/// or `index` is behind all records, and nothing is written then; "not enough memory", code 0x16A84,
-/// when no file has room, card and indices unchanged; all others with code 0. What the card reports
-/// comes through with its own code, 0x10000 + status word, but not from DeleteSequence.
+/// or `index` is behind all records, and nothing is written then; "not enough memory", code
+/// 0x16A84, when no file has room, card and indices unchanged; all others with code 0. What the
+/// card reports comes through with its own code, 0x10000 + status word, but not from
+/// DeleteSequence.
 class ProfileDFHandler {
 public:
     /// Binds the handler to the application at `appPath`: two octets a step, without 3F00.
@@ -34,6 +35,10 @@ public:
     ~ProfileDFHandler();
     ProfileDFHandler(const ProfileDFHandler&) = delete;
     ProfileDFHandler& operator=(const ProfileDFHandler&) = delete;
+
+    /// Forgets all files that were read, and their records. Whoever reads a list of files calls it
+    /// before the first one, since the list may have changed since it was read last.
+    void BeginRound();
 
     /// Names the file that the next ReadFile takes: absolute when `path` begins with 3F00, else
     /// below the application. `name` is a remark for people and may be null.
@@ -62,8 +67,9 @@ public:
 
     /// Removes record `index`; the indices behind it go down by one.
     ///
-    /// Returns true once the record is gone, even when the card then refuses to close the gap, which
-    /// the next write does; false, with all indices as they were, when the card refused before.
+    /// Returns true once the record is gone, even when the card then refuses to close the gap,
+    /// which the next write does; false, with all indices as they were, when the card refused
+    /// before.
     bool DeleteSequence(ISCardOS* os, unsigned long index);
 
 private:

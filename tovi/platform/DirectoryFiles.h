@@ -25,6 +25,7 @@ public:
     /// round, and all files are forgotten.
     void beginReading(const Blob& path);
     void add(DirectoryFile file);
+    void clear() { files_.clear(); }
 
     std::vector<DirectoryFile>& files() { return files_; }
     const std::vector<DirectoryFile>& files() const { return files_; }

@@ -66,6 +66,11 @@ ProfileDFHandler::ProfileDFHandler(const Blob& appPath) : state_(std::make_uniqu
 
 ProfileDFHandler::~ProfileDFHandler() = default;
 
+void ProfileDFHandler::BeginRound() {
+    state_->files.clear();
+    state_->records.clear();
+}
+
 void ProfileDFHandler::SetFilePath(const Blob& path, const char* /*name*/) {
     state_->path = path.empty() ? Blob() : absolutePath(state_->application, path);
 }

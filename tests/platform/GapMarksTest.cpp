@@ -73,6 +73,15 @@ TEST(UnfinishedMark, MakesARecordWithTheTagAndContentsThatNothingBeginsWith) {
     }
 }
 
+TEST(UnfinishedMark, IsNoErasedRecordBehindAZeroOctet) {
+    // 00 30 30 00 would be one (the tag overwritten, 48 octets).
+    const Blob mark = unfinishedMark(Blob{0x30, 0x00}, 50);
+    EXPECT_EQ(mark, (Blob{0x30, 0x81, 0x2F, 0x00}));
+    const auto entries = scanRecords(Blob{0x00} + mark + times(46, 0x55));
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[1], (FileEntry{Kind::record, 1, 50}));
+}
+
 TEST(UnfinishedMark, HasTheTagOfASequenceForOneOfSeveralOctets) {
     EXPECT_EQ(unfinishedMark(Blob{0x7F, 0x4E, 0x00}, 10), (Blob{0x30, 0x08, 0x00}));
 }

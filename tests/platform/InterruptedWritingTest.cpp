@@ -149,6 +149,70 @@ TEST(InterruptedWriting, ClosesGapsThatWereThere) {
     interruptEverywhere(maker, three);
 }
 
+// Records too long for one command may be left incomplete by an operation that is interrupted.
+const Records longOnes = {record(20, 0x31), record(150, 0x32), record(40, 0x33), record(200, 0x34)};
+
+/// The records once the next operation has replaced the first of them; none when the operation was
+/// over before the interruption came.
+std::optional<Records> foundAfterTheNext(Kind kind, const Operation& operation, Interruption how,
+                                         const Blob& first) {
+    if (!interrupt(kind, operation, how)) return std::nullopt;
+    kind.update(0, first);
+    const Records found = kind.found();
+    const Blob& octets = kind.octets();
+    EXPECT_TRUE(
+        std::equal(octets.begin(), octets.begin() + packed(found).size(), packed(found).begin()))
+        << "compact";
+    return found;
+}
+
+TEST(InterruptedWriting, CompletesTheRecordsThatAnInterruptionLeftIncomplete) {
+    const Blob first = record(25, 0x68);
+    for (const Change& change : changesOf(longOnes))
+        for (const bool performs : {false, true})
+            for (const bool staysAway : {false, true})
+                for (std::size_t command = 1;; ++command) {
+                    Kind kind(fileOf(packed(longOnes), 520));
+                    kind.card.mostWritten = 64;
+                    const auto found = foundAfterTheNext(std::move(kind), change.operation,
+                                                         {command, performs, staysAway}, first);
+                    if (!found) break;
+                    ASSERT_TRUE(*found == replaced(longOnes, 0, first) ||
+                                *found == replaced(change.after, 0, first))
+                        << command;
+                }
+}
+
+TEST(InterruptedWriting, OfLongRecordsMayBeDoneAgain) {
+    for (const Change& change : changesOf(longOnes))
+        for (const bool performs : {false, true})
+            for (std::size_t command = 1;; ++command) {
+                Kind kind(fileOf(packed(longOnes), 520));
+                kind.card.mostWritten = 64;
+                const auto isDone = interrupt(kind, change.operation, {command, performs, true});
+                if (!isDone) break;
+                ASSERT_TRUE(*isDone || change.operation(kind));
+                expectCompactAfterNextWrite(kind, change.after);
+            }
+}
+
+TEST(InterruptedWriting, TakesTheRoomThatAnIncompleteRecordWillLeave) {
+    const auto kindOf = [] {
+        Kind kind(fileOf(packed(longOnes), 410));
+        kind.card.mostWritten = 64;
+        return kind;
+    };
+    for (std::size_t command = 1;; ++command) {
+        Kind kind = kindOf();
+        const auto remove = [](Kind& each) { return each.remove(0); };
+        const auto isDone = interrupt(kind, remove, {command, false, true});
+        if (!isDone) break;
+        if (*isDone) {
+            EXPECT_EQ(kind.write(longOnes[0]), 3u);
+        }
+    }
+}
+
 TEST(InterruptedWriting, OfLinearFilesGoesOn) {
     const auto maker = [&] {
         test::FakeFile file = linearFile(FileStructure::linearVariable, records);

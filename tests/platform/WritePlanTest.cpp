@@ -336,8 +336,8 @@ TEST(WritePlan, WritesTheTagOfALongNewRecordLast) {
 TEST(WritePlan, ReplacesALongRecordBehindAMark) {
     const Blob file = plain(10, 1) + plain(50, 2) + plain(10, 3);
     const Images images = imagesOf(file, {Kind::replace, 1, plain(50, 9)}, 20);
-    const Blob mark = {0x30, 0x30, 0x00};
-    EXPECT_EQ(images[0], plain(10, 1) + mark + times(17, 9) + times(30, 2) + plain(10, 3));
+    const Blob mark = {0x30, 0x81, 0x2F, 0x00};
+    EXPECT_EQ(images[0], plain(10, 1) + mark + times(16, 9) + times(30, 2) + plain(10, 3));
     EXPECT_EQ(images.back(), plain(10, 1) + plain(50, 9) + plain(10, 3));
     EXPECT_EQ(images.size(), 4u);
 }

@@ -22,6 +22,12 @@ Kind transparentKind() {
     return kind;
 }
 
+Kind kindOfLongRecords() {
+    Kind kind = transparentKind();
+    kind.card.mostWritten = 64;
+    return kind;
+}
+
 Kind linearKind() { return Kind(linearFile(FileStructure::linearVariable, records)); }
 
 /// Lets each allocation of `operation` fail in turn; what is left must let it be done again.
@@ -52,6 +58,7 @@ TEST(WritingMemory, MayEndAnywhereInAWrite) {
     const auto write = [](Kind& kind) { return kind.write(edited); };
     const Records after = {records[0], records[1], records[2], records[3], edited};
     failEverywhere(transparentKind, write, after);
+    failEverywhere(kindOfLongRecords, write, after);
     failEverywhere(linearKind, write, after);
 }
 
@@ -59,6 +66,7 @@ TEST(WritingMemory, MayEndAnywhereInAnUpdate) {
     const auto update = [](Kind& kind) { kind.update(0, edited); };
     const Records after = {edited, records[1], records[2], records[3]};
     failEverywhere(transparentKind, update, after);
+    failEverywhere(kindOfLongRecords, update, after);
     failEverywhere(linearKind, update, after);
 }
 
@@ -66,6 +74,7 @@ TEST(WritingMemory, MayEndAnywhereInARemoval) {
     const auto remove = [](Kind& kind) { EXPECT_TRUE(kind.remove(0)); };
     const Records after = {records[1], records[2], records[3]};
     failEverywhere(transparentKind, remove, after);
+    failEverywhere(kindOfLongRecords, remove, after);
     failEverywhere(linearKind, remove, after);
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -29,6 +30,8 @@ struct RecordPlace {
     bool counted = true;       ///< false for one that has no index, such as one of another tag
     /// Written by an operation that then failed, so that nobody counts it.
     bool isOrphan = false;
+    /// What the record holds, while a write goes on, or ended early, that may leave it incomplete.
+    std::shared_ptr<const Blob> contents = nullptr;
 
     /// False for a record that is gone though its removal was reported as failed: its index stays.
     bool isOnCard() const { return length > 0; }

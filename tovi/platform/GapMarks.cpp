@@ -18,8 +18,10 @@ void appendLength(Blob& object, std::size_t total) {
         object.push_back(static_cast<std::uint8_t>(contents >> (8 * i)));
 }
 
-void appendShortestLength(Blob& object, std::size_t total) {
-    if (total - 2 > 0x7F) return appendLength(object, total);
+/// The shortest length; but 00 30 could also be padding and a live SEQUENCE, and 00 30 30 an erased
+/// record of 48 octets, so that length is longer.
+void appendClearLength(Blob& object, std::size_t total) {
+    if (total - 2 > 0x7F || total - 2 == sequenceTag) return appendLength(object, total);
     object.push_back(static_cast<std::uint8_t>(total - 2));
 }
 
@@ -40,18 +42,13 @@ Blob erasedMark(std::size_t length) {
     if (length == 1) return {0xFF};
     if (length == 2) return {0x00, 0xFF};
     Blob mark = {0x00};
-    // 00 30 could also be padding and a live SEQUENCE.
-    if (length - 2 == sequenceTag) {
-        appendLength(mark, length);
-    } else {
-        appendShortestLength(mark, length);
-    }
+    appendClearLength(mark, length);
     return mark;
 }
 
 Blob unfinishedMark(ASN1::View record, std::size_t length) {
     Blob mark = {shortTag(record)};
-    appendShortestLength(mark, length);
+    appendClearLength(mark, length);
     mark.push_back(0x00);
     return mark;
 }

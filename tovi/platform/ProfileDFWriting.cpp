@@ -46,9 +46,11 @@ DirectoryFiles::Position position(const DirectoryFiles& files, unsigned long ind
 /// False when the file has no room for the record beside those that are known, without a look at
 /// the card.
 bool mayHaveRoom(const DirectoryFile& file, const Blob& record) {
-    if (file.isLinear() || !file.isSettled || file.doubt || file.size == 0) return true;
+    const bool isAsTold = file.size != 0 && file.size >= file.info.size;
+    if (file.isLinear() || !file.isSettled || file.doubt || !isAsTold) return true;
     std::size_t room = file.size;
-    for (const RecordPlace& place : file.places) room -= place.length;
+    for (const RecordPlace& place : file.places)
+        room -= place.contents ? place.contents->size() : place.length;
     return record.size() <= room;
 }
 

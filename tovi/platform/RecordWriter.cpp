@@ -80,7 +80,10 @@ void RecordWriter::takeEffect(const RecordChange& change, RecordPlace place) noe
     auto& places = file_.places;
     const auto at = places.begin() + static_cast<std::ptrdiff_t>(change.place);
     if (change.kind == Kind::insert) places.insert(at, place);
-    if (change.kind == Kind::replace) at->length = place.length;
+    if (change.kind == Kind::replace) {
+        at->length = place.length;
+        at->contents.reset();
+    }
     if (change.kind != Kind::remove) return;
     places.erase(at);
     isRemoved_ = true;
@@ -89,7 +92,10 @@ void RecordWriter::takeEffect(const RecordChange& change, RecordPlace place) noe
 void RecordWriter::takeLateEffect(const DoubtfulWrite& write) {
     auto& places = file_.places;
     if (write.effect == Kind::remove) places[write.place].length = 0;
-    if (write.effect == Kind::replace) places[write.place].length = 1;
+    if (write.effect == Kind::replace) {
+        places[write.place].length = 1;
+        places[write.place].contents.reset();
+    }
     if (write.effect != Kind::insert) return;
     RecordPlace orphan{static_cast<std::uint32_t>(write.start), 1};
     orphan.counted = false;

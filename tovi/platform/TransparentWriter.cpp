@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "tovi/interfaces/Exception.h"
+#include "tovi/platform/GapMarks.h"
 #include "tovi/platform/RecordScanner.h"
-#include "tovi/platform/StretchCheck.h"
 
 namespace tovi {
 namespace {
@@ -93,10 +93,32 @@ bool TransparentWriter::settlePlaces() {
 WriteOutcome TransparentWriter::perform(RecordChange& change) {
     readSize();
     StretchCheck check(os_, file_);
+    while (const auto place = incompletePlace(change)) {
+        const auto contents = file_.places[*place].contents;
+        RecordChange completion{Kind::replace, *place, *contents};
+        const WriteOutcome outcome = performPlanned(completion, check);
+        if (outcome != WriteOutcome::done) return outcome;
+    }
+    return performPlanned(change, check);
+}
+
+/// A record that a write left incomplete and that does not change now.
+std::optional<std::size_t> TransparentWriter::incompletePlace(const RecordChange& change) const {
+    const bool changesOld = change.kind == Kind::replace || change.kind == Kind::remove;
+    for (std::size_t i = 0; i < file_.places.size(); ++i) {
+        const RecordPlace& place = file_.places[i];
+        if (!place.contents || !place.isOnCard() || (changesOld && i == change.place)) continue;
+        const ASN1::View held = file_.octetsAt(place);
+        if (!std::equal(held.begin(), held.end(), place.contents->begin(), place.contents->end()))
+            return i;
+    }
+    return std::nullopt;
+}
+
+WriteOutcome TransparentWriter::performPlanned(RecordChange& change, StretchCheck& check) {
     while (true) {
         const Octets believed = believedOctets();
-        const std::size_t most = std::max(os_.maxWrite(), leastWrite);
-        std::optional<WritePlan> plan = planWriting(believed, planned(change), most);
+        std::optional<WritePlan> plan = planWriting(believed, planned(change), mostWritten());
         if (!plan && file_.isWhole) return WriteOutcome::noRoom;
         if (plan && plan->steps.empty()) return WriteOutcome::done;
         const auto [from, to] =
@@ -163,9 +185,28 @@ bool TransparentWriter::addPlacesFound() {
     return true;
 }
 
+std::size_t TransparentWriter::mostWritten() const { return std::max(os_.maxWrite(), leastWrite); }
+
+/// Those that one command may not be able to move or to replace.
+void TransparentWriter::rememberLongRecords(const RecordChange& change) {
+    const auto isLong = [this](std::size_t length) { return length + longestMark > mostWritten(); };
+    for (std::size_t i = 0; i < file_.places.size(); ++i) {
+        RecordPlace& place = file_.places[i];
+        const bool isReplaced = change.kind == Kind::replace && i == change.place;
+        if (!place.isOnCard() || place.contents) continue;
+        if (isLong(place.length) || (isReplaced && isLong(change.record.size())))
+            place.contents = std::make_shared<const Blob>(file_.octetsAt(place));
+    }
+}
+
+void TransparentWriter::forgetLongRecords() noexcept {
+    for (RecordPlace& place : file_.places) place.contents.reset();
+}
+
 void TransparentWriter::execute(WritePlan plan, const RecordChange& change) {
     // Everything that may fail for want of memory comes before the first write.
     reservePlace();
+    rememberLongRecords(change);
     Octets result = file_.octets;
     for (const WriteStep& step : plan.steps) applyStep(step, result);
     const std::vector<FileEntry> records = recordsIn(result);
@@ -181,6 +222,7 @@ void TransparentWriter::execute(WritePlan plan, const RecordChange& change) {
         file_.places[change.place].isOrphan = false;
     }
     file_.isSettled = assignPlaces(file_.places, records);
+    forgetLongRecords();
 }
 
 void TransparentWriter::write(WriteStep step, Kind effect, std::size_t place) {

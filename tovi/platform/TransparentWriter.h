@@ -1,13 +1,18 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "tovi/platform/RecordWriter.h"
+#include "tovi/platform/StretchCheck.h"
 #include "tovi/platform/WritePlan.h"
 
 namespace tovi {
 
-/// Writes records of a transparent file, as planWriting() says.
+/// Writes records of a transparent file, as planWriting() says. A record that an earlier operation
+/// could not complete is completed first, as it was before that operation.
 class TransparentWriter final : public RecordWriter {
 public:
     TransparentWriter(ISCardOS& os, DirectoryFile& file) : RecordWriter(os, file) {}
@@ -18,9 +23,14 @@ protected:
     WriteOutcome perform(RecordChange& change) override;
 
 private:
+    WriteOutcome performPlanned(RecordChange& change, StretchCheck& check);
+    std::optional<std::size_t> incompletePlace(const RecordChange& change) const;
+    void rememberLongRecords(const RecordChange& change);
+    void forgetLongRecords() noexcept;
     bool settleDoubt();
     bool settlePlaces();
     void readSize();
+    std::size_t mostWritten() const;
     std::vector<std::uint8_t> believedOctets() const;
     RecordChange planned(const RecordChange& change) const;
     std::size_t placeOf(std::size_t recordOnCard) const;

@@ -179,9 +179,9 @@ TEST(ReadODF, NamesItselfWhenTheFileCannotBeRead) {
 // ---- directory files ----
 
 const char* const directoryFailures[] = {
-    "Failed to decode PrKDF",        "Failed to decode PuKDF", "Failed to decode TrustedPuKDF",
-    "Failed to decode SKDF",         "Failed to decode CDF",   "Failed to decode TrustedCDF",
-    "Failed to decode UsefulCDF",    "Failed to decode DODF",  "Failed to decode AODF"};
+    "Failed to decode PrKDF",     "Failed to decode PuKDF", "Failed to decode TrustedPuKDF",
+    "Failed to decode SKDF",      "Failed to decode CDF",   "Failed to decode TrustedCDF",
+    "Failed to decode UsefulCDF", "Failed to decode DODF",  "Failed to decode AODF"};
 
 class EveryDirectory : public testing::TestWithParam<unsigned> {
 protected:
@@ -236,6 +236,12 @@ TEST(ReadFromCard, ReadsNoFileBehindOneThatCannotBeRead) {
     EXPECT_TRUE(container->getRawDataObjects().empty());
     EXPECT_TRUE(container->getPrivateKeyInfos().empty());
     EXPECT_TRUE(container->getFATRecords().empty());
+}
+
+TEST(ReadFromCard, FailsForAnEntryOfTheODFThatHasAnEmptyPath) {
+    TestCard card(CardBuilder().odfRecord(odfEntry(4, path(""))));
+    EXPECT_EQ(failureOf([&] { makeContainer()->readFromCard(card.os()); }),
+              readFailure("Failed to decode CDF"));
 }
 
 // ---- exceptions of other classes ----

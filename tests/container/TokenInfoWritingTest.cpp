@@ -182,6 +182,20 @@ TEST(UpdateTokenInfo, AdoptsEveryMember) {
     EXPECT_EQ(adopted.info.tokenAux3, 3);
 }
 
+TEST(UpdateTokenInfo, IsFollowedByAReadThatSetsTwoOfTheValuesForCallers) {
+    WrittenCard card(cardWith(richTokenInfo()));
+    PKCS15TokenInfo info = card->getTokenInfo();
+    info.info.tokenAux1 = 1;
+    info.info.tokenAux2 = 2;
+    info.info.tokenAux3 = 3;
+    card->updateTokenInfo(card.os(), info);
+    card->clear();
+    card->readFromCard(card.os());
+    EXPECT_EQ(card->getTokenInfo().info.tokenAux1, 0xFF);
+    EXPECT_EQ(card->getTokenInfo().info.tokenAux2, 0);
+    EXPECT_EQ(card->getTokenInfo().info.tokenAux3, 3);
+}
+
 TEST(UpdateTokenInfo, RefusesAnInfoThatIsNotValid) {
     WrittenCard card(cardWith(richTokenInfo()));
     PKCS15TokenInfo info = withLabel(card->getTokenInfo(), "mine");

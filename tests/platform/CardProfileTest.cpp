@@ -71,8 +71,13 @@ TEST(CardProfile, FindsNoPathOfUnknownEntries) {
     for (int choice = 0; choice <= 10; ++choice) EXPECT_EQ(pathOf(unknown, choice), noPath);
 }
 
-TEST(CardProfile, FindsNoPathWithoutOctets) {
-    EXPECT_EQ(pathOf({0xA0, 0x04, 0x30, 0x02, 0x04, 0x00}, 0), noPath);
+TEST(CardProfile, FindsAPathWithoutOctets) {
+    EXPECT_EQ(pathOf({0xA0, 0x04, 0x30, 0x02, 0x04, 0x00}, 0), Blob());
+}
+
+// ISO/IEC 7816-15 has forms that name a file by a tag.
+TEST(CardProfile, FindsNoPathInAnotherForm) {
+    EXPECT_EQ(pathOf({0xA0, 0x07, 0x30, 0x05, 0xA0, 0x03, 0x02, 0x01, 0x05}, 0), noPath);
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ bool getPath(const PKCS15::PKCS15Objects& entry, Blob& path, int choice) {
     if (entry.selection() != static_cast<std::size_t>(choice)) return false;
     const PKCS15::Path* file = PKCS15::filePath(entry);
     // ISO/IEC 7816-15 has forms of a path without octets; they name no file that can be selected.
-    if (file == nullptr || file->efidOrPath.empty()) return false;
+    if (file == nullptr || (file->efidOrPath.empty() && file->efidOrPath.otherForm)) return false;
     path = file->efidOrPath;
     return true;
 }

@@ -26,37 +26,36 @@ std::string dumped(const Json& value, int levels) {
 
 }  // namespace
 
-JsonWriter::JsonWriter(Invocation& call) : call_(call) {
-    call_.checkInterrupt();
-    call_.console().out << '{';
-}
-
 void JsonWriter::addName(std::string_view name) {
-    call_.console().out << (isFirstMember_ ? "\n  " : ",\n  ") << Json(name).dump() << ": ";
+    text_ += isFirstMember_ ? "\n  " : ",\n  ";
+    text_ += Json(name).dump() + ": ";
     isFirstMember_ = false;
 }
 
 void JsonWriter::add(std::string_view name, const Json& value) {
     addName(name);
-    call_.console().out << dumped(value, 1);
+    text_ += dumped(value, 1);
 }
 
 void JsonWriter::beginList(std::string_view name) {
     addName(name);
-    call_.console().out << '[';
+    text_ += '[';
     isFirstElement_ = true;
 }
 
 void JsonWriter::addElement(const Json& value) {
-    call_.console().out << (isFirstElement_ ? "\n    " : ",\n    ") << dumped(value, 2);
+    text_ += isFirstElement_ ? "\n    " : ",\n    ";
+    text_ += dumped(value, 2);
     isFirstElement_ = false;
 }
 
-void JsonWriter::endList() { call_.console().out << (isFirstElement_ ? "]" : "\n  ]"); }
+void JsonWriter::endList() { text_ += isFirstElement_ ? "]" : "\n  ]"; }
 
 void JsonWriter::finish() {
+    text_ += isFirstMember_ ? "}\n" : "\n}\n";
+    call_.checkInterrupt();
     std::ostream& out = call_.console().out;
-    out << (isFirstMember_ ? "}\n" : "\n}\n") << std::flush;
+    out << text_ << std::flush;
     if (!out) throw Failure("the output cannot be written", call_.operation());
 }
 

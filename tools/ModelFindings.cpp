@@ -126,6 +126,22 @@ void findUnsupported(const PKCS15Container& model, Findings& findings) {
     });
 }
 
+void findSkippedFiles(const PKCS15Container& model, Findings& findings) {
+    const auto& entries = model.getRawODF();
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (entries[i].value == nullptr) continue;  // undecodable, which is a finding of its own
+        const PKCS15::PKCS15Objects& entry = *entries[i].value;
+        Blob path;
+        if (getPath(entry, path, static_cast<int>(entry.selection()))) continue;
+        const std::string name(entry.selectionName());
+        findings.push_back(
+            {.kind = "skipped-entry",
+             .file = "EF(ODF)",
+             .message = fmt::format("entry {}{} names no file: its objects are not read", i + 1,
+                                    name.empty() ? "" : ", " + name + ",")});
+    }
+}
+
 void findDanglingAuthIds(const PKCS15Container& model, Findings& findings) {
     const std::set<Blob> known =
         identifiersOf(model, model.getAuthInfos(), model.getRawAuthObjects());
@@ -226,7 +242,7 @@ void findOverlaps(const PKCS15Container& model, const IsLinear& isLinear, Findin
 Findings findingsOfModel(const PKCS15Container& model, const IsLinear& isLinear) {
     Findings findings;
     for (auto* rule :
-         {findUnsupported, findDanglingAuthIds, findKeysWithoutCertificate,
+         {findUnsupported, findSkippedFiles, findDanglingAuthIds, findKeysWithoutCertificate,
           findCertificatesWithoutKey, findDuplicateIds, findSharedFiles, findObjectsOutside}) {
         rule(model, findings);
     }

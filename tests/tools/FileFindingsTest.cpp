@@ -76,10 +76,8 @@ TEST(FindUnread, ReportsRecordsBehindALongGap) {
                                  publicKey("02", "4B02"),
                                  publicKey("03", "4B03")}),
                     {{"size", 9000}});
-    const auto findings = application.findings();
-    if (findings.empty()) GTEST_SKIP() << "the card answers with whole files";
     EXPECT_THAT(
-        findings,
+        application.findings(),
         ElementsAre(HasSubstr("unread-records | - | EF(PuKDF) 3F0050154402 | 2 of 3 records")));
 }
 

@@ -29,6 +29,19 @@ TEST(FindUnsupported, ReportsAnAlternativeThatTheModelHasNoObjectFor) {
                             "an alternative of a later edition is not understood"));
 }
 
+TEST(FindSkippedFiles, ReportsEntriesThatNameNoFile) {
+    TestApplication application;
+    application.replace("5031", Json::array({{{"hex", "A404A0023000"}},      // objects in place
+                                             {{"hex", "A906300404024401"}},  // of a later edition
+                                             {{"hex", "A0073005A003020105"}}}));
+    EXPECT_THAT(
+        application.findings(),
+        testing::IsSupersetOf(
+            {"skipped-entry | - | EF(ODF) | entry 2 names no file: its objects are not read",
+             "skipped-entry | - | EF(ODF) | "
+             "entry 3, privateKeys, names no file: its objects are not read"}));
+}
+
 TEST(FindDanglingAuthIds, ReportsNamesOfNothing) {
     TestApplication application;
     application.add("PrKDF", "4401",

@@ -33,13 +33,27 @@ using tovi::VirtualFile;
 constexpr std::size_t responseSize = 256;
 constexpr std::size_t endingPadding = 64;
 constexpr std::uint8_t selectInstruction = 0xA4;
+constexpr std::uint16_t odfFID = 0x5031;
 
-/// The path of the application below the master file; the usual one when the card names none.
+/// The folder of the application: that of the first EF(ODF) at its usual place; null for none.
+VirtualFile* applicationFolder(tovi::VirtualCard& card) {
+    for (const VirtualFile& file : card.files().files()) {
+        const VirtualFile* folder = file.parent;
+        if (!folder || folder == &card.files().masterFile() || file.isFolder()) continue;
+        if (file.fid() == odfFID) return card.files().find(folder->description.path);
+    }
+    return nullptr;
+}
+
+/// The path of the application below the master file; the usual one when the card has none. One
+/// that goes by another AID, or by its path alone, is given the usual AID here: to select it costs
+/// one command either way, once EF(DIR) has told of it.
 Blob applicationOn(tovi::VirtualCard& card) {
     const auto named = card.files().byAid(tovi::PKCS15_AID);
-    if (named.empty()) return tovi::PKCS15_DF;
-    const ASN1::View path = named.front()->description.path;
-    return Blob(path.subspan(tovi::PKCS15_MF.size()));
+    VirtualFile* const folder = named.empty() ? applicationFolder(card) : named.front();
+    if (!folder) return tovi::PKCS15_DF;
+    folder->description.aid = tovi::PKCS15_AID;
+    return Blob(ASN1::View(folder->description.path).subspan(tovi::PKCS15_MF.size()));
 }
 
 bool endsReading(const VirtualFile& file, const tovi::FileEntry& entry) {

@@ -428,5 +428,46 @@ TEST(ProfileDFWriting, SeesWhenAFailedWriteLeftSomethingElse) {
     EXPECT_EQ(failureOf([&] { kind.write(c); }), changed("WriteSequence"));
 }
 
+TEST(ProfileDFWriting, HasDoneAnUpdateThoughItsGapCannotBeClosed) {
+    Records records;
+    Blob packed;
+    for (std::uint8_t i = 0; i < 6; ++i) records.push_back(record(60, 0x31 + i));
+    for (const Blob& each : records) packed = packed + each;
+    const auto makeKind = [&] {
+        Kind kind(fileOf(packed, 600));
+        kind.card.mostWritten = 100;
+        return kind;
+    };
+    Kind measured = makeKind();
+    measured.update(0, fresh);
+
+    Kind kind = makeKind();
+    kind.card.failingCommand = measured.card.commands();
+    kind.update(0, fresh);
+    kind.card.failingCommand = 0;
+    records[0] = fresh;
+    EXPECT_EQ(kind.found(), records);
+    EXPECT_NE(kind.octets(), measured.octets()) << "a gap is left";
+    kind.update(0, a);
+    measured.update(0, a);
+    EXPECT_EQ(kind.octets(), measured.octets());
+}
+
+TEST(ProfileDFWriting, ForgetsThatAFileSeemedToEndEarly) {
+    const Blob large = record(257, 0x35);
+    for (std::size_t command = 1; command < 5; ++command) {
+        Kind kind(fileOf(a + b + c, 700));
+        kind.card.failingCommand = command;
+        kind.card.failure = statusWordCode + 0x6B00;
+        const bool isDone = failureOf([&] { kind.write(large); }).id == -1;
+        kind.card.failingCommand = 0;
+        if (!isDone) {
+            EXPECT_EQ(kind.write(large), 3u) << command;
+        }
+        EXPECT_EQ(kind.write(large), 4u) << command;
+        EXPECT_EQ(kind.octets(), a + b + c + large + large + times(96, 0x00)) << command;
+    }
+}
+
 }  // namespace
 }  // namespace tovi

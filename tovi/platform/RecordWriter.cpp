@@ -25,19 +25,19 @@ WriteOutcome RecordWriter::insert(ASN1::View record, std::size_t& place) {
         const WriteOutcome outcome = perform(nothing);
         if (outcome != WriteOutcome::done) return outcome;
         place = orphan;
-        file_.places[place].counted = true;
-        file_.places[place].isOrphan = false;
+        count(place);
         return outcome;
     }
     RecordChange change{Kind::insert, placeBehindCounted(), record};
-    const WriteOutcome outcome = perform(change);
+    const WriteOutcome outcome = performToTheEffect(change);
     place = change.place;
+    if (outcome == WriteOutcome::done) count(place);
     return outcome;
 }
 
 WriteOutcome RecordWriter::replace(std::size_t place, ASN1::View record) {
     RecordChange change{Kind::replace, place, record};
-    return perform(change);
+    return performToTheEffect(change);
 }
 
 WriteOutcome RecordWriter::remove(std::size_t place) {
@@ -45,14 +45,37 @@ WriteOutcome RecordWriter::remove(std::size_t place) {
     const bool isOnCard = file_.places[place].isOnCard();
     RecordChange change{isOnCard ? Kind::remove : Kind::none, place, {}};
     WriteOutcome outcome = WriteOutcome::done;
-    isRemoved_ = false;
     try {
-        outcome = perform(change);
-    } catch (const SmartcardException&) {
-        if (!isRemoved_ && !isGone(place)) throw;
+        outcome = performToTheEffect(change);
+    } catch (...) {
+        // Whatever it is: who hears of it believes that the record still has its index.
+        if (!isGone(place)) throw;
     }
-    if (outcome == WriteOutcome::done && !isRemoved_) takeEffect({Kind::remove, place, {}});
+    if (outcome == WriteOutcome::done && !hasTakenEffect(change))
+        takeEffect({Kind::remove, place, {}});
     return outcome;
+}
+
+/// Performs `change` and is content when the card then fails to close gaps.
+WriteOutcome RecordWriter::performToTheEffect(RecordChange& change) {
+    effect_ = {};
+    try {
+        return perform(change);
+    } catch (...) {
+        if (!hasTakenEffect(change)) throw;
+    }
+    return WriteOutcome::done;
+}
+
+/// Whether that was the last change of `places`.
+bool RecordWriter::hasTakenEffect(const RecordChange& change) const {
+    return effect_.kind == change.kind && effect_.place == change.place &&
+           change.kind != Kind::none;
+}
+
+void RecordWriter::count(std::size_t place) {
+    file_.places[place].counted = true;
+    file_.places[place].isOrphan = false;
 }
 
 /// Whether the record is gone although the card reported a failure.
@@ -60,7 +83,7 @@ bool RecordWriter::isGone(std::size_t place) {
     const bool isInDoubt = file_.doubt && file_.doubt->effect == Kind::remove;
     try {
         if (isInDoubt && !open()) return false;
-    } catch (const SmartcardException&) {
+    } catch (...) {
         return false;
     }
     return !file_.places[place].isOnCard();
@@ -84,9 +107,8 @@ void RecordWriter::takeEffect(const RecordChange& change, RecordPlace place) noe
         at->length = place.length;
         at->contents.reset();
     }
-    if (change.kind != Kind::remove) return;
-    places.erase(at);
-    isRemoved_ = true;
+    if (change.kind == Kind::remove) places.erase(at);
+    effect_ = {change.kind, change.place, {}};
 }
 
 void RecordWriter::takeLateEffect(const DoubtfulWrite& write) {

@@ -35,7 +35,8 @@ public:
     /// Adds `record` behind the last counted record, or where the file has a place for it. Sets
     /// `place`. A record that a failed operation left, with the same octets, is taken for it.
     WriteOutcome insert(ASN1::View record, std::size_t& place);
-    /// Replaces the record at `place` by `record`.
+    /// Replaces the record at `place` by `record`. Like the others, throws only as long as the
+    /// change is not on the card.
     WriteOutcome replace(std::size_t place, ASN1::View record);
     /// Removes the record at `place`.
     ///
@@ -68,8 +69,11 @@ private:
     std::size_t placeBehindCounted() const;
     std::size_t findOrphan(ASN1::View record) const;
     bool isGone(std::size_t place);
+    WriteOutcome performToTheEffect(RecordChange& change);
+    bool hasTakenEffect(const RecordChange& change) const;
+    void count(std::size_t place);
 
-    bool isRemoved_ = false;
+    RecordChange effect_;  // the last one that `places` took, its record left out
 };
 
 }  // namespace tovi

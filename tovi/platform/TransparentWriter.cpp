@@ -66,7 +66,19 @@ Blob readStretch(ISCardOS& os, std::size_t from, std::size_t length) {
 
 }  // namespace
 
-bool TransparentWriter::open() { return select() && settleDoubt() && settlePlaces(); }
+bool TransparentWriter::open() {
+    if (!select() || !settleDoubt() || !settlePlaces()) return false;
+    believeToldSize();
+    return true;
+}
+
+/// Where the file was found to end earlier than told, that may have been a passing failure: this
+/// operation looks again.
+void TransparentWriter::believeToldSize() {
+    if (file_.size >= file_.info.size) return;
+    file_.size = file_.info.size;
+    file_.isWhole = false;
+}
 
 bool TransparentWriter::settleDoubt() {
     if (!file_.doubt) return true;

@@ -29,6 +29,7 @@ private:
     void forgetLongRecords() noexcept;
     bool settleDoubt();
     bool settlePlaces();
+    void believeToldSize();
     void readSize();
     std::size_t mostWritten() const;
     std::vector<std::uint8_t> believedOctets() const;

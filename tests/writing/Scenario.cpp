@@ -1,0 +1,380 @@
+#include "tests/writing/Scenario.h"
+
+#include <algorithm>
+
+#include "tests/support/ContainerView.h"
+#include "tovi/interfaces/CardProfile.h"
+
+namespace tovi::test {
+
+namespace {
+
+/// Where in the list an object is, as it is when the step is performed.
+enum class At { first, middle, last };
+
+std::string nameOf(At at) {
+    return at == At::first ? "first" : at == At::middle ? "middle" : "last";
+}
+
+std::size_t positionOf(const PKCS15Container& container, Directory kind, At at) {
+    const std::size_t count =
+        lookAt(container, kind, [](const auto& infos, const auto&) { return infos.size(); });
+    return at == At::first ? 0 : at == At::middle ? count / 2 : count - 1;
+}
+
+Content contentOf(char letter, std::size_t labelSize, unsigned ordinal) {
+    Content content;
+    content.label = std::string(labelSize, letter);
+    content.name = {'k', letter};
+    content.number = static_cast<std::uint16_t>(ordinal);  // a reference, too
+    return content;
+}
+
+/// Of a label (pkcs15-ub-label).
+constexpr int mostCharacters = 255;
+
+/// Steps and what they are called.
+struct Plan {
+    std::string name;
+    std::vector<Step> steps;
+};
+
+Plan operator+(Plan first, const Plan& then) {
+    first.name += ", " + then.name;
+    first.steps.insert(first.steps.end(), then.steps.begin(), then.steps.end());
+    return first;
+}
+
+Plan write(Directory kind, std::size_t labelSize, unsigned ordinal = 100) {
+    const auto letter = static_cast<char>('A' + ordinal % 20);
+    const Content content = contentOf(letter, labelSize, ordinal);
+    return {"write " + std::to_string(labelSize), {[=](PKCS15Container& container, ISCardOS* os) {
+                writeObject(container, os, kind, content);
+            }}};
+}
+
+/// Updates with a label that has `growth` characters more.
+Plan update(Directory kind, At at, int growth) {
+    return {"update " + nameOf(at) + " by " + std::to_string(growth),
+            {[=](PKCS15Container& container, ISCardOS* os) {
+                const std::size_t position = positionOf(container, kind, at);
+                const int held = static_cast<int>(labelOf(container, kind, position).size());
+                const int size = std::clamp(held + growth, 1, mostCharacters);
+                updateObject(container, os, kind, position,
+                             contentOf('z', static_cast<std::size_t>(size), 200));
+            }}};
+}
+
+Plan rewrite(Directory kind, At at) {
+    return {"rewrite " + nameOf(at), {[=](PKCS15Container& container, ISCardOS* os) {
+                const std::size_t position = positionOf(container, kind, at);
+                relabelObject(container, os, kind, position, labelOf(container, kind, position));
+            }}};
+}
+
+Plan remove(Directory kind, At at) {
+    return {"remove " + nameOf(at), {[=](PKCS15Container& container, ISCardOS* os) {
+                deleteObject(container, os, kind, positionOf(container, kind, at));
+            }}};
+}
+
+constexpr int muchShorter = -1000;
+
+/// Changes the object and changes it back.
+void touchObject(PKCS15Container& container, ISCardOS* os, Directory kind, std::size_t position) {
+    const std::string label = labelOf(container, kind, position);
+    relabelObject(container, os, kind, position, std::string(label.size(), '-'));
+    relabelObject(container, os, kind, position, label);
+}
+
+std::vector<Plan> plansForRecords(Directory kind) {
+    std::vector<Plan> plans = {write(kind, 20), write(kind, 200), rewrite(kind, At::middle)};
+    for (const At at : {At::first, At::middle, At::last}) {
+        for (const int growth : {0, -1, muchShorter, 1, 100})
+            plans.push_back(update(kind, at, growth));
+        plans.push_back(remove(kind, at));
+    }
+    plans.push_back(remove(kind, At::first) + write(kind, 150) + update(kind, At::middle, 60));
+    plans.push_back(write(kind, 30) + write(kind, 70, 101) + remove(kind, At::middle) +
+                    remove(kind, At::last));
+    plans.push_back(update(kind, At::first, 90) + update(kind, At::last, muchShorter) +
+                    remove(kind, At::middle) + write(kind, 10));
+    plans.push_back(remove(kind, At::first) + remove(kind, At::first) + write(kind, 40));
+    plans.push_back(update(kind, At::middle, muchShorter) + update(kind, At::last, 20));
+    return plans;
+}
+
+std::vector<Plan> plansForNothing(Directory kind) {
+    return {write(kind, 20), write(kind, 200),
+            write(kind, 20) + update(kind, At::first, 50) + remove(kind, At::first),
+            write(kind, 60) + write(kind, 90, 101) + write(kind, 200, 102) +
+                update(kind, At::first, 30) + remove(kind, At::middle)};
+}
+
+std::vector<Plan> shortPlans(Directory kind) {
+    return {write(kind, 60), update(kind, At::first, 60), remove(kind, At::first),
+            remove(kind, At::middle) + write(kind, 30) + update(kind, At::middle, 40)};
+}
+
+Plan updateLabel(std::size_t size) {
+    return {"label of " + std::to_string(size), {[=](PKCS15Container& container, ISCardOS* os) {
+                updateTokenLabel(container, os, std::string(size, 'T'));
+            }}};
+}
+
+std::size_t sizeOf(FileShape shape, const std::vector<Blob>& records) {
+    return isLinear(shape) ? records.size() : join(records).size();
+}
+
+std::unique_ptr<PKCS15Container> readAgain(VirtualCard& card,
+                                           const CardCapabilities& capabilities) {
+    VirtualCardChannel channel(card);
+    ISO7816CardOS os(channel, capabilities);
+    auto container = makeContainer();
+    container->readFromCard(&os);
+    return container;
+}
+
+/// How much the file has to hold at the highest tide; octets or records.
+std::size_t highestTide(Scenario scenario) {
+    auto container = readAgain(scenario.card, scenario.capabilities);
+    std::size_t most = sizeOf(scenario.shape, scenario.records(*container));
+    VirtualCardChannel channel(scenario.card);
+    ISO7816CardOS os(channel, scenario.capabilities);
+    for (const Step& step : scenario.steps) {
+        step(*container, &os);
+        most = std::max(most, sizeOf(scenario.shape, scenario.records(*container)));
+    }
+    return most;
+}
+
+/// Octets or records of room, none when the filling does not go with the steps.
+std::optional<std::size_t> roomFor(Filling filling, std::size_t before, std::size_t tide) {
+    switch (filling) {
+        case Filling::half:
+            return 2 * tide - before;
+        case Filling::fullBefore:
+            return tide == before ? std::optional<std::size_t>(0) : std::nullopt;
+        case Filling::fullAfter:
+            return tide == before ? std::nullopt : std::optional(tide - before);
+        default:
+            return tide;
+    }
+}
+
+template <class MakeCard>
+void add(std::vector<Scenario>& scenarios, Scenario scenario, Filling filling,
+         const std::vector<Blob>& records, const MakeCard& makeCard) {
+    const std::size_t ample = isLinear(scenario.shape) ? 20 : 3000;
+    scenario.card = makeCard(ample);
+    const std::size_t tide = highestTide(scenario);
+    const auto room = roomFor(filling, sizeOf(scenario.shape, records), tide);
+    if (!room) return;
+    scenario.card = makeCard(*room);
+    scenarios.push_back(std::move(scenario));
+}
+
+std::vector<Scenario> scenariosOf(const Setting& setting, const std::vector<Plan>& plans) {
+    const std::vector<Blob> records =
+        setting.filling == Filling::empty ? std::vector<Blob>() : usualRecords(setting.directory);
+    std::vector<Scenario> scenarios;
+    for (const Plan& plan : plans) {
+        Scenario scenario;
+        scenario.name = setting.name() + ": " + plan.name;
+        scenario.capabilities = setting.connection.capabilities;
+        scenario.shape = setting.shape;
+        scenario.directory = setting.directory;
+        scenario.steps = plan.steps;
+        add(scenarios, scenario, setting.filling, records, [&](std::size_t room) {
+            return cardWith(setting.directory, setting.shape, records, room);
+        });
+    }
+    return scenarios;
+}
+
+std::string nameOf(Filling filling) {
+    switch (filling) {
+        case Filling::empty:
+            return "empty";
+        case Filling::half:
+            return "half full";
+        case Filling::fullBefore:
+            return "full";
+        default:
+            return "full afterwards";
+    }
+}
+
+/// Gives a scenario of data objects for a card whose DODF is `contents`.
+Scenario withContents(const Plan& plan, const Blob& contents) {
+    Scenario scenario;
+    scenario.name = plan.name;
+    scenario.directory = Directory::dataObjects;
+    scenario.steps = plan.steps;
+    scenario.card = cardWith(Directory::dataObjects, FileShape::filledWith00, {contents}, 0);
+    return scenario;
+}
+
+}  // namespace
+
+Blob Scenario::file() const {
+    return absolutePath(directory ? directoryFID(*directory) : PKCS15_EF_TOKEN_INFO);
+}
+
+std::vector<Blob> Scenario::records(const PKCS15Container& container) const {
+    const ContainerView view = viewOf(container);
+    return directory ? view[*directory].records : std::vector<Blob>{view.tokenInfo};
+}
+
+std::string Scenario::looseness(const VirtualCard& on, const std::vector<Blob>& records) const {
+    if (!secondFile) return test::looseness(on, file(), shape, records);
+    // Which of them are in which file is the handler's business.
+    std::string reason;
+    for (auto border = records.begin(); border <= records.end(); ++border) {
+        reason = test::looseness(on, file(), shape, {records.begin(), border}) +
+                 test::looseness(on, *secondFile, shape, {border, records.end()});
+        if (reason.empty()) break;
+    }
+    return reason;
+}
+
+void Scenario::touch(PKCS15Container& container, ISCardOS* os) const {
+    if (!directory) {
+        const PKCS15TokenInfo token = container.getTokenInfo();
+        updateTokenLabel(container, os, std::string(token.info.label.size(), '-'));
+        return container.updateTokenInfo(os, token);
+    }
+    const std::size_t count = viewOf(container)[*directory].objects.size();
+    if (count == 0) writeObject(container, os, *directory, contentOf('n', 1, 250));
+    if (count > 0) touchObject(container, os, *directory, 0);
+    if (secondFile) touchObject(container, os, *directory, count - 1);
+}
+
+std::vector<Connection> connections() {
+    return {{"short commands", {}},
+            {"extended length", {.extendedLength = true}},
+            {"chained commands", {.commandChaining = true, .maxWrite = 400}}};
+}
+
+std::string Setting::name() const {
+    return "directory " + std::to_string(static_cast<unsigned>(directory)) + " " +
+           test::nameOf(shape) + ", " + nameOf(filling) + ", " + connection.name;
+}
+
+std::vector<Blob> usualRecords(Directory directory) {
+    std::vector<Blob> records;
+    unsigned ordinal = 0;
+    for (const std::size_t labelSize : {40u, 5u, 70u, 55u, 20u, 60u, 33u, 80u}) {
+        const auto letter = static_cast<char>('a' + ordinal);
+        records.push_back(recordOf(directory, contentOf(letter, labelSize, ++ordinal)));
+    }
+    return records;
+}
+
+VirtualCard cardWith(Directory directory, FileShape shape, const std::vector<Blob>& records,
+                     std::size_t room) {
+    VirtualCard card =
+        CardBuilder().directory(directory, {}).withoutFile(directoryFID(directory)).build();
+    addDirectoryFile(card, absolutePath(directoryFID(directory)), shape, records, room);
+    return card;
+}
+
+std::vector<Scenario> allScenarios(const Setting& setting) {
+    return scenariosOf(setting, setting.filling == Filling::empty
+                                    ? plansForNothing(setting.directory)
+                                    : plansForRecords(setting.directory));
+}
+
+std::vector<Scenario> shortScenarios(const Setting& setting) {
+    return scenariosOf(setting, setting.filling == Filling::empty
+                                    ? plansForNothing(setting.directory)
+                                    : shortPlans(setting.directory));
+}
+
+std::vector<Scenario> tokenInfoScenarios(FileShape shape, const Connection& connection) {
+    const std::vector<Blob> records = {test::tokenInfo({.label = std::string(30, 'L')})};
+    std::vector<Scenario> scenarios;
+    for (const Filling filling : {Filling::half, Filling::fullBefore, Filling::fullAfter})
+        for (const Plan& plan : {updateLabel(30), updateLabel(3), updateLabel(31), updateLabel(140),
+                                 updateLabel(0) + updateLabel(90) + updateLabel(20)}) {
+            Scenario scenario;
+            scenario.name =
+                "TokenInfo, " + test::nameOf(shape) + ", " + nameOf(filling) + ": " + plan.name;
+            scenario.capabilities = connection.capabilities;
+            scenario.shape = shape;
+            scenario.steps = plan.steps;
+            add(scenarios, scenario, filling, records, [&](std::size_t room) {
+                VirtualCard card = CardBuilder().withoutFile(PKCS15_EF_TOKEN_INFO).build();
+                addDirectoryFile(card, absolutePath(PKCS15_EF_TOKEN_INFO), shape, records, room);
+                return card;
+            });
+        }
+    return scenarios;
+}
+
+std::vector<Scenario> longRecordScenarios(FileShape shape) {
+    constexpr Directory kind = Directory::dataObjects;
+    std::vector<Blob> records = usualRecords(kind);
+    Content large = contentOf('l', 250, 50);
+    large.name = std::string(240, 'l');
+    for (const std::size_t at : {std::size_t{0}, records.size() / 2, records.size() + 1}) {
+        const auto place = records.begin() + static_cast<std::ptrdiff_t>(at);
+        records.insert(place, recordOf(kind, large));
+    }
+    std::vector<Scenario> scenarios;
+    for (const Filling filling : {Filling::half, Filling::fullBefore, Filling::fullAfter})
+        for (const Plan& plan : plansForRecords(kind)) {
+            Scenario scenario;
+            scenario.name = "long records, " + nameOf(filling) + ": " + plan.name;
+            scenario.shape = shape;
+            scenario.directory = kind;
+            scenario.steps = plan.steps;
+            scenario.mayBreakARecord = true;
+            add(scenarios, scenario, filling, records,
+                [&](std::size_t room) { return cardWith(kind, shape, records, room); });
+        }
+    return scenarios;
+}
+
+std::vector<Scenario> untidyScenarios() {
+    const std::vector<Blob> records = usualRecords(Directory::dataObjects);
+    Blob erased = records[3];
+    erased[0] = 0x00;
+    const Blob contents = join({times(3, 0xFF), records[0], Blob{0x00}, times(19, 0xFF), records[1],
+                                erased, records[2], times(2, 0x00), records[4], records[5],
+                                times(40, 0x00), hex("80AABBCC"), times(100, 0x47)});
+    std::vector<Scenario> scenarios;
+    for (const Plan& plan : plansForRecords(Directory::dataObjects))
+        scenarios.push_back(withContents(plan, contents));
+    return scenarios;
+}
+
+std::vector<Scenario> twoFileScenarios(const Connection& connection) {
+    constexpr Directory kind = Directory::dataObjects;
+    const Blob second = {0x45, 0x01};
+    const std::vector<Blob> records = usualRecords(kind);
+    const std::vector<Blob> front(records.begin(), records.begin() + 4);
+    const std::vector<Blob> back(records.begin() + 4, records.end());
+    VirtualCard card =
+        CardBuilder()
+            .directory(kind, {})
+            .odfRecord(odfEntry(static_cast<unsigned>(kind), sequence(octetString(second))))
+            .withoutFile(directoryFID(kind))
+            .build();
+    addDirectoryFile(card, absolutePath(directoryFID(kind)), FileShape::filledWith00, front, 700);
+    addDirectoryFile(card, absolutePath(second), FileShape::filledWith00, back, 150);
+    std::vector<Scenario> scenarios;
+    for (const Plan& plan : plansForRecords(kind)) {
+        Scenario scenario;
+        scenario.name = "two files: " + plan.name;
+        scenario.card = card;
+        scenario.capabilities = connection.capabilities;
+        scenario.directory = kind;
+        scenario.secondFile = absolutePath(second);
+        scenario.steps = plan.steps;
+        scenarios.push_back(scenario);
+    }
+    return scenarios;
+}
+
+}  // namespace tovi::test

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/support/CardFile.h"
+#include "tests/support/Objects.h"
+#include "tovi/card/CommandExchange.h"
+
+namespace tovi::test {
+
+/// One operation of a container. After a failure it can be performed again.
+using Step = std::function<void(PKCS15Container&, ISCardOS*)>;
+
+/// A card, and what a container that has read it is to do with one file.
+struct Scenario {
+    std::string name;
+    VirtualCard card;
+    CardCapabilities capabilities;
+    FileShape shape = FileShape::filledWith00;
+    std::optional<Directory> directory;  ///< none: EF(TokenInfo)
+    std::optional<Blob> secondFile;      ///< the absolute path of another file of the kind
+    std::vector<Step> steps;
+    /// Records that are longer than one command: the one that is being written may be found as one
+    /// that does not decode.
+    bool mayBreakARecord = false;
+
+    /// The absolute path of the file.
+    Blob file() const;
+    /// The records of the file in what a container holds.
+    std::vector<Blob> records(const PKCS15Container& container) const;
+    /// What keeps the file on a card from being compact; empty when nothing does.
+    std::string looseness(const VirtualCard& on, const std::vector<Blob>& records) const;
+    /// Writes something of the file as it is, or a new record where there is none: whatever was
+    /// left open is closed.
+    void touch(PKCS15Container& container, ISCardOS* os) const;
+};
+
+/// How full the file is.
+enum class Filling {
+    empty,       ///< no record before the first step
+    half,        ///< as many octets of padding as of records, when all is done
+    fullBefore,  ///< not an octet of padding; for steps that need none
+    fullAfter    ///< not an octet of padding at the highest tide
+};
+inline constexpr Filling fillings[] = {Filling::empty, Filling::half, Filling::fullBefore,
+                                       Filling::fullAfter};
+
+/// How commands go to the card.
+struct Connection {
+    std::string name;
+    CardCapabilities capabilities;
+};
+/// Commands of 255 octets, of extended length, and chains of commands.
+std::vector<Connection> connections();
+
+/// What a set of scenarios works on.
+struct Setting {
+    Directory directory = Directory::dataObjects;
+    FileShape shape = FileShape::filledWith00;
+    Filling filling = Filling::half;
+    Connection connection = connections().front();
+    std::string name() const;
+};
+
+/// Writing, updating with the same, a shorter and a longer record, deleting, each at the front, in
+/// the middle and at the end, and sequences of them; those of them for which the file has room.
+std::vector<Scenario> allScenarios(const Setting& setting);
+/// A write, an update with a longer record, a deletion and a sequence.
+std::vector<Scenario> shortScenarios(const Setting& setting);
+/// EF(TokenInfo) with the same, a shorter and a longer label, and one after the other.
+std::vector<Scenario> tokenInfoScenarios(FileShape shape, const Connection& connection);
+/// Records that do not fit into one command.
+std::vector<Scenario> longRecordScenarios(FileShape shape);
+/// A file with gaps, an erased entry and stale octets, such as other programs leave.
+std::vector<Scenario> untidyScenarios();
+/// Two files of one kind.
+std::vector<Scenario> twoFileScenarios(const Connection& connection);
+
+/// A card with one directory file of that kind.
+VirtualCard cardWith(Directory directory, FileShape shape, const std::vector<Blob>& records,
+                     std::size_t room);
+
+/// Records of the kind, of 30 to 110 octets.
+std::vector<Blob> usualRecords(Directory directory);
+
+}  // namespace tovi::test

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/coders/UsageRows.h"
 #include "tests/support/Records.h"
 #include "tovi/coders/KeyUsage.h"
 #include "tovi/coders/PKCS15KeyCT.h"
@@ -8,17 +9,6 @@
 
 namespace tovi::test {
 namespace {
-
-struct Row {
-    unsigned bit;
-    unsigned long attribute;
-};
-
-const Row rows[] = {{0, CKA_ENCRYPT}, {1, CKA_DECRYPT},
-                    {2, CKA_SIGN},    {3, CKA_SIGN_RECOVER},
-                    {4, CKA_WRAP},    {5, CKA_UNWRAP},
-                    {6, CKA_VERIFY},  {7, CKA_VERIFY_RECOVER},
-                    {8, CKA_DERIVE},  {9, CKA_ALWAYS_AUTHENTICATE}};
 
 template <class Info>
 class EncodeKeyUsage : public testing::Test {
@@ -31,7 +21,7 @@ protected:
     }
     static Info withAll(const Blob& value) {
         Info info;
-        for (const Row& row : rows) info.SetParam(row.attribute, value);
+        for (const UsageRow& row : usageRows) info.SetParam(row.attribute, value);
         return info;
     }
 };
@@ -43,7 +33,7 @@ TYPED_TEST_SUITE(EncodeKeyUsage, KeyTypes);
 const Blob allTen = bitString({0xFF, 0xC0}, 6);
 
 TYPED_TEST(EncodeKeyUsage, SetsTheBitOfEachAttributeAndClearsAllOthers) {
-    for (const Row& row : rows) {
+    for (const UsageRow& row : usageRows) {
         TypeParam info;
         info.SetParam(row.attribute, B_CK_TRUE);
         EXPECT_EQ(this->written(info), namedBits({row.bit}));

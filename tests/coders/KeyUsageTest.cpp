@@ -2,19 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/coders/UsageRows.h"
 #include "tests/support/Records.h"
 #include "tovi/coders/PKCS15KeyCT.h"
 #include "tovi/interfaces/PKCS11.h"
 
 namespace tovi::test {
 namespace {
-
-struct Row { unsigned bit; unsigned long attribute; };
-
-const Row rows[] = {{0, CKA_ENCRYPT},      {1, CKA_DECRYPT}, {2, CKA_SIGN},
-                    {3, CKA_SIGN_RECOVER}, {4, CKA_WRAP},    {5, CKA_UNWRAP},
-                    {6, CKA_VERIFY},       {7, CKA_VERIFY_RECOVER},
-                    {8, CKA_DERIVE},       {9, CKA_ALWAYS_AUTHENTICATE}};
 
 template <class Info>
 class DecodeKeyUsage : public testing::Test {
@@ -30,9 +24,9 @@ using KeyTypes = testing::Types<PrivateKeyInfo, PublicKeyInfo, TrustedPublicKeyI
 TYPED_TEST_SUITE(DecodeKeyUsage, KeyTypes);
 
 TYPED_TEST(DecodeKeyUsage, SetsTheAttributeOfEachBitAndClearsAllOthers) {
-    for (const Row& set : rows) {
+    for (const UsageRow& set : usageRows) {
         const auto info = this->decodedFrom(namedBits({set.bit}));
-        for (const Row& row : rows)
+        for (const UsageRow& row : usageRows)
             EXPECT_EQ(info.GetParam(row.attribute), row.bit == set.bit ? 1 : 0)
                 << "bit " << set.bit << ", attribute " << row.attribute;
     }
@@ -47,7 +41,8 @@ TYPED_TEST(DecodeKeyUsage, SetsAllTenAttributesExplicitlyForAnEmptyString) {
 TYPED_TEST(DecodeKeyUsage, TakesBitsBeyondAShortStringForZero) {
     const auto info = this->decodedFrom(bitString({0xC0}, 6));
     EXPECT_EQ(info.Params().size(), 10u);
-    for (const Row& row : rows) EXPECT_EQ(info.GetParam(row.attribute), row.bit < 2 ? 1 : 0);
+    for (const UsageRow& row : usageRows)
+        EXPECT_EQ(info.GetParam(row.attribute), row.bit < 2 ? 1 : 0);
 }
 
 TYPED_TEST(DecodeKeyUsage, TakesNonRepudiationForAlwaysAuthenticate) {

@@ -133,6 +133,11 @@ TYPED_TEST(DecodeKey, TakesAKeyReferenceOfTwoOctets) {
     EXPECT_EQ(this->infoOf({.keyReference = 0}).reference, 0);
 }
 
+TYPED_TEST(DecodeKey, TakesTheLowSixteenBitsOfAKeyReference) {
+    EXPECT_EQ(this->infoOf({.keyReference = 0x10005}).reference, 5);
+    EXPECT_EQ(this->infoOf({.keyReference = 0x1FFFF}).reference, noReference);
+}
+
 TYPED_TEST(DecodeKey, TakesNoReferenceFromParametersInPlace) {
     const Blob parameters = sequence(null(), namedBits({1}));
     EXPECT_EQ(this->infoOf({.keyInfo = parameters}).keyInfoReference, noReference);

@@ -62,6 +62,10 @@ TEST(DecodeSecretKey, DoesNotReadNative) {
     EXPECT_FALSE(infoOf({.native = true}).native);
 }
 
+TEST(DecodeSecretKey, TakesTheLowSixteenBitsOfAKeyReference) {
+    EXPECT_EQ(infoOf({.keyReference = 0x10005}).reference, 5);
+}
+
 TEST(DecodeSecretKey, LeavesTheReferenceWhereTheRecordHasNone) {
     EXPECT_EQ(infoOf({}).reference, noReference);
 }

@@ -104,5 +104,15 @@ TEST(ASN1Decode, MakesNoValueWithAnEnvironmentWithoutModule) {
     clearObjects(out);
 }
 
+TEST(ASN1Decode, MakesNoValueOfARecordWithOctetsBehindIt) {
+    Decoder<PKCS15::DataType> decoder;
+    const Blob record = dataRecord();
+    EXPECT_TRUE(decoder.decode({join({record, Blob{0x00}}), join({record, record}), record}));
+    ASSERT_EQ(decoder.out.size(), 3u);
+    EXPECT_EQ(decoder.out[0].value, nullptr);
+    EXPECT_EQ(decoder.out[1].value, nullptr);
+    EXPECT_NE(decoder.out[2].value, nullptr);
+}
+
 }  // namespace
 }  // namespace tovi::test

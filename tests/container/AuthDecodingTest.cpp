@@ -8,9 +8,9 @@ namespace {
 const Blob keyId = {0x51};
 
 TEST(InitAuthObjs, KeepsAnEntryForEveryRecordAndTakesNoRow) {
-    const auto container = containerOf(CardBuilder().authObjects(
-        {pin({.common = {.label = "first"}}), unknownAuthObject(),
-         pin({.common = {.label = "third"}, .reference = 2})}));
+    const auto container = containerOf(
+        CardBuilder().authObjects({pin({.common = {.label = "first"}}), unknownAuthObject(),
+                                   pin({.common = {.label = "third"}, .reference = 2})}));
     const auto& infos = container->getAuthInfos();
     ASSERT_EQ(infos.size(), 3u);
     EXPECT_EQ(infos[0].label, text("first"));
@@ -56,8 +56,8 @@ TEST(InitAuthObjs, DecodesEveryKindByItsOwnDecoder) {
 }
 
 TEST(InitAuthObjs, DoesNotMarkSharedFiles) {
-    const Blob inFile = sequence(namedBits({4}), enumerated(1), integer(4), integer(8),
-                                 path("4F01"));
+    const Blob inFile =
+        sequence(namedBits({4}), enumerated(1), integer(4), integer(8), path("4F01"));
     const auto container =
         containerOf(CardBuilder().authObjects({pin({.type = inFile}), pin({.type = inFile})}));
     for (const auto& info : container->getAuthInfos()) {
@@ -88,9 +88,9 @@ TEST(InitAuthObjs, MakesABiometricRecordValidThatTheCoderAccepts) {
 }
 
 TEST(InitAuthObjs, ReportsRecordsOfOtherKindsThatTheCoderRejectsAndKeepsThem) {
-    const auto container = containerOf(CardBuilder().authObjects(
-        {pin(withUnacceptableRules()), authKey(withUnacceptableRules()),
-         externalByCertificate(withUnacceptableRules())}));
+    const auto container = containerOf(
+        CardBuilder().authObjects({pin(withUnacceptableRules()), authKey(withUnacceptableRules()),
+                                   externalByCertificate(withUnacceptableRules())}));
     EXPECT_EQ(container->getAuthInfos().size(), 3u);
     for (const auto& raw : container->getRawAuthObjects()) EXPECT_FALSE(raw.isDecoded);
 }
@@ -110,10 +110,10 @@ Blob secretKeyInFile(const Blob& id, std::string_view file, std::int64_t referen
 }
 
 TEST(InitAuthObjs, GivesTheFileOfASecretKeyToTheAuthenticationKeyMadeOfIt) {
-    const auto container = containerOf(CardBuilder()
-                                           .secretKeys({secretKeyInFile({0x50}, "4C00", 6),
-                                                        secretKeyInFile(keyId, "4C01", 7)})
-                                           .authObjects({authKey()}));
+    const auto container = containerOf(
+        CardBuilder()
+            .secretKeys({secretKeyInFile({0x50}, "4C00", 6), secretKeyInFile(keyId, "4C01", 7)})
+            .authObjects({authKey()}));
     const auto& auth = container->getAuthInfos().at(0);
     EXPECT_EQ(auth.reference, 7);
     EXPECT_EQ(fid16(auth), 0x4C01);
@@ -147,9 +147,8 @@ TEST(InitAuthObjs, TakesTheFirstOfSeveralKeysWithOneIdentifier) {
 }
 
 TEST(InitAuthObjs, ChangesNothingWithoutAKeyOfThatIdentifier) {
-    const auto container = containerOf(CardBuilder()
-                                           .secretKeys({secretKeyInFile({0x50}, "4C00", 6)})
-                                           .authObjects({authKey()}));
+    const auto container = containerOf(
+        CardBuilder().secretKeys({secretKeyInFile({0x50}, "4C00", 6)}).authObjects({authKey()}));
     EXPECT_EQ(container->getAuthInfos()[0].reference, noReference);
     EXPECT_EQ(container->getAuthInfos()[0].fid, noFID);
     EXPECT_EQ(container->getBlockCipherKeyInfos()[0].fid, 0x4C00u);
@@ -175,6 +174,16 @@ TEST(InitAuthObjs, MatchesEmptyIdentifiersToo) {
                                            .secretKeys({secretKeyInFile({}, "4C01", 7)})
                                            .authObjects({authKey({.authKeyId = {}})}));
     EXPECT_EQ(container->getAuthInfos()[0].reference, 7);
+}
+
+TEST(InitAuthObjs, MatchesTheEmptyIdentifierOfAKeyThatCouldNotBeDecoded) {
+    const auto container =
+        containerOf(CardBuilder()
+                        .secretKeys({undecodable(), secretKeyInFile({}, "4C01", 7)})
+                        .authObjects({authKey({.authKeyId = {}})}));
+    EXPECT_EQ(container->getAuthInfos()[0].reference, noReference);
+    EXPECT_EQ(fid16(container->getAuthInfos()[0]), noFID16);
+    EXPECT_EQ(container->getBlockCipherKeyInfos()[1].fid, 0x4C01u);
 }
 
 }  // namespace

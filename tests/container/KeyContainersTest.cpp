@@ -11,10 +11,14 @@ enum class Use { both, signOnly, decryptOnly, neither };
 
 Blob usageOf(Use use) {
     switch (use) {
-        case Use::both: return namedBits({sign, decrypt});
-        case Use::signOnly: return namedBits({sign});
-        case Use::decryptOnly: return namedBits({decrypt});
-        default: return namedBits({encrypt, wrap, unwrap, derive, signRecover, nonRepudiation});
+        case Use::both:
+            return namedBits({sign, decrypt});
+        case Use::signOnly:
+            return namedBits({sign});
+        case Use::decryptOnly:
+            return namedBits({decrypt});
+        default:
+            return namedBits({encrypt, wrap, unwrap, derive, signRecover, nonRepudiation});
     }
 }
 
@@ -78,11 +82,10 @@ TEST(InitContainerInfos, LeavesTheCommonPartOfAContainerAtItsDefaults) {
 }
 
 TEST(InitContainerInfos, LeavesFieldsAtTheirDefaultsWithoutPartners) {
-    const auto container =
-        containerOf(CardBuilder()
-                        .privateKeys({key("Alice", id01, Use::both)})
-                        .publicKeys({publicKeyWithId({'0', '2'})})
-                        .certificates({certificateWithId({'0', '1', '2'})}));
+    const auto container = containerOf(CardBuilder()
+                                           .privateKeys({key("Alice", id01, Use::both)})
+                                           .publicKeys({publicKeyWithId({'0', '2'})})
+                                           .certificates({certificateWithId({'0', '1', '2'})}));
     expectRecords(container->getContainerInfos().at(0), 1, 0, 0, 0);
     EXPECT_EQ(container->getPrivateKeyInfo(1).auxValue1, noLink);
     EXPECT_EQ(container->getPrivateKeyInfo(1).auxValue2, 4);
@@ -128,11 +131,11 @@ TEST(InitContainerInfos, MarksTheContainerOfALogonCertificateAndLeavesThat) {
 }
 
 TEST(InitContainerInfos, GivesEveryKeyThatSignsAndDecryptsAContainerOfItsOwn) {
-    const auto container = containerOf(CardBuilder()
-                                           .privateKeys({key("Alice", id01, Use::both),
-                                                         key("Bob", id01, Use::both)})
-                                           .publicKeys({publicKeyWithId(id01)})
-                                           .certificates({certificateWithId(id01)}));
+    const auto container =
+        containerOf(CardBuilder()
+                        .privateKeys({key("Alice", id01, Use::both), key("Bob", id01, Use::both)})
+                        .publicKeys({publicKeyWithId(id01)})
+                        .certificates({certificateWithId(id01)}));
     ASSERT_EQ(container->getContainerInfos().size(), 2u);
     expectRecords(container->getContainerInfos()[0], 1, 4, 0, 0);
     expectRecords(container->getContainerInfos()[1], 2, 4, 0, 0);
@@ -143,25 +146,23 @@ TEST(InitContainerInfos, GivesEveryKeyThatSignsAndDecryptsAContainerOfItsOwn) {
 }
 
 TEST(InitContainerInfos, SkipsRecordsThatCouldNotBeDecoded) {
-    const auto container = containerOf(
-        CardBuilder().privateKeys({undecodable(), privateKey({.type = Key::kea}),
-                                   privateKey({.id = times(256, 1), .usage = usageOf(Use::both)})}));
+    const auto container = containerOf(CardBuilder().privateKeys(
+        {undecodable(), privateKey({.type = Key::kea}),
+         privateKey({.id = times(256, 1), .usage = usageOf(Use::both)})}));
     EXPECT_EQ(container->getPrivateKeyInfos().size(), 3u);
     EXPECT_TRUE(container->getContainerInfos().empty());
 }
 
 TEST(InitContainerInfos, MakesNoContainerWithoutPrivateKeys) {
-    const auto container = containerOf(CardBuilder()
-                                           .publicKeys({publicKeyWithId(id01)})
-                                           .certificates({certificateWithId(id01)}));
+    const auto container = containerOf(
+        CardBuilder().publicKeys({publicKeyWithId(id01)}).certificates({certificateWithId(id01)}));
     EXPECT_TRUE(container->getContainerInfos().empty());
 }
 
 TEST(InitContainerInfos, TakesKeysThatSignAndDecryptFirst) {
-    const auto container =
-        containerOf(CardBuilder().privateKeys({key("decrypts", {1}, Use::decryptOnly),
-                                               key("both", {2}, Use::both),
-                                               key("signs", {3}, Use::signOnly)}));
+    const auto container = containerOf(
+        CardBuilder().privateKeys({key("decrypts", {1}, Use::decryptOnly),
+                                   key("both", {2}, Use::both), key("signs", {3}, Use::signOnly)}));
     const Containers& infos = container->getContainerInfos();
     ASSERT_EQ(infos.size(), 3u);
     EXPECT_EQ(infos[0].label, text("both"));
@@ -278,12 +279,10 @@ TEST(UpdateContainerInfos, OpensAContainerForAKeyWhosePartnerOnlySigns) {
 }
 
 TEST(UpdateContainerInfos, JoinsNoKeyWithAnotherFirstOctet) {
-    const auto container =
-        containerOf(CardBuilder().privateKeys({key("Alice", id01, Use::decryptOnly),
-                                               key("small letter", {'s', '0', '1'}, Use::signOnly),
-                                               key("same", id01, Use::signOnly),
-                                               key("longer", {'S', '0', '1', '2'}, Use::signOnly),
-                                               key("empty", {}, Use::signOnly)}));
+    const auto container = containerOf(CardBuilder().privateKeys(
+        {key("Alice", id01, Use::decryptOnly), key("small letter", {'s', '0', '1'}, Use::signOnly),
+         key("same", id01, Use::signOnly), key("longer", {'S', '0', '1', '2'}, Use::signOnly),
+         key("empty", {}, Use::signOnly)}));
     EXPECT_EQ(container->getContainerInfos().size(), 5u);
 }
 
@@ -313,18 +312,18 @@ TEST(UpdateContainerInfos, JoinsAContainerOfTheFirstPassBeforeOneOfTheSecond) {
 }
 
 TEST(UpdateContainerInfos, MatchesTheCertificateOfAJoinedKeyByItsFullIdentifier) {
-    const auto container = containerOf(CardBuilder()
-                                           .privateKeys({key("Alice", id01, Use::decryptOnly),
-                                                         key("Alice", idS01, Use::signOnly)})
-                                           .certificates({certificateWithId(id01)}));
+    const auto container = containerOf(
+        CardBuilder()
+            .privateKeys({key("Alice", id01, Use::decryptOnly), key("Alice", idS01, Use::signOnly)})
+            .certificates({certificateWithId(id01)}));
     expectRecords(container->getContainerInfos().at(0), 1, 3, 2, 0);
     EXPECT_EQ(container->getCertificateInfo(3).trustedUsage, 2u);
 }
 
 TEST(UpdateContainerInfos, ReplacesTheSignatureKeyWhenASecondOneJoins) {
-    const auto container = containerOf(CardBuilder().privateKeys(
-        {key("A", id01, Use::decryptOnly), key("B", idS01, Use::signOnly),
-         key("C", idS01, Use::signOnly)}));
+    const auto container = containerOf(
+        CardBuilder().privateKeys({key("A", id01, Use::decryptOnly), key("B", idS01, Use::signOnly),
+                                   key("C", idS01, Use::signOnly)}));
     ASSERT_EQ(container->getContainerInfos().size(), 1u);
     expectRecords(container->getContainerInfos()[0], 1, 0, 3, 0);
     EXPECT_EQ(container->getContainerInfos()[0].label, text("A & B & C"));
@@ -358,17 +357,16 @@ TEST(UpdateContainerInfos, FindsTheNextContainerOfAnIdentifierThatTheFirstLost) 
 }
 
 TEST(UpdateContainerInfos, KeepsTheLogonMarkOfAContainerThatAKeyJoins) {
-    const auto container = containerOf(CardBuilder()
-                                           .privateKeys({key("A", id01, Use::decryptOnly),
-                                                         key("B", idS01, Use::signOnly)})
-                                           .certificates({logonCertificate(id01),
-                                                          certificateWithId(idS01)}));
+    const auto container = containerOf(
+        CardBuilder()
+            .privateKeys({key("A", id01, Use::decryptOnly), key("B", idS01, Use::signOnly)})
+            .certificates({logonCertificate(id01), certificateWithId(idS01)}));
     EXPECT_TRUE(container->getContainerInfos().at(0).logonCertificate);
 }
 
 TEST(UpdateContainerInfos, SkipsRecordsThatCouldNotBeDecoded) {
-    const auto container = containerOf(CardBuilder().privateKeys(
-        {undecodable(), key("S", {'S'}, Use::signOnly)}));
+    const auto container =
+        containerOf(CardBuilder().privateKeys({undecodable(), key("S", {'S'}, Use::signOnly)}));
     ASSERT_EQ(container->getContainerInfos().size(), 1u);
     expectRecords(container->getContainerInfos()[0], 0, 0, 2, 0);
 }
@@ -396,6 +394,64 @@ TEST(InitContainerInfos, JoinsThousandsOfKeys) {
     ASSERT_EQ(infos.size(), 2000u);
     for (std::size_t i = 0; i < infos.size(); ++i)
         expectRecords(infos[i], 2 * i + 1, 0, 2 * i + 2, 0);
+}
+
+TEST(UpdateContainerInfos, MarksTheContainerOfALogonCertificateOfAJoinedKey) {
+    const auto container = containerOf(
+        CardBuilder()
+            .privateKeys({key("A", id01, Use::decryptOnly), key("B", idS01, Use::signOnly)})
+            .certificates({certificateWithId(id01), logonCertificate(idS01)}));
+    ASSERT_EQ(container->getContainerInfos().size(), 1u);
+    EXPECT_TRUE(container->getContainerInfos()[0].logonCertificate);
+    EXPECT_EQ(container->getContainerInfos()[0].signatureCertificateRecord, 4u);
+    EXPECT_EQ(container->getCertificateInfo(4).trustedUsage, 267u);
+}
+
+TEST(UpdateContainerInfos, LetsThousandsOfKeysJoinOneContainer) {
+    constexpr std::size_t count = 3000;
+    std::vector<Blob> records = {key("A", id01, Use::decryptOnly)};
+    records.resize(count + 1, key("B", idS01, Use::signOnly));
+    const auto container = containerOf(CardBuilder().privateKeys(records));
+    ASSERT_EQ(container->getContainerInfos().size(), 1u);
+    const auto& info = container->getContainerInfos()[0];
+    expectRecords(info, 1, 0, count + 1, 0);
+    EXPECT_EQ(info.label.size(), 1 + count * 4) << "every label is appended";
+}
+
+// ---- records that could not be decoded ----
+//
+// They keep their place in their list with an empty id, by which they are found as any other.
+
+TEST(InitContainerInfos, PairsAKeyWithoutIdentifierWithACertificateThatCouldNotBeDecoded) {
+    const auto container = containerOf(
+        CardBuilder()
+            .privateKeys({key("A", {}, Use::both)})
+            .certificates({certificateWithId(id01), undecodable(), certificateWithId({})}));
+    expectRecords(container->getContainerInfos().at(0), 1, 3, 0, 0);
+    const auto& placeholder = container->getCertificateInfos()[1];
+    EXPECT_EQ(placeholder.recordNumber, 3u);
+    EXPECT_EQ(placeholder.trustedUsage, 3u);
+    EXPECT_EQ(placeholder.auxValue2, 5);
+    EXPECT_EQ(container->getFATRecords()[3].objectType, unrecognisedObjectType);
+    EXPECT_EQ(container->getCertificateInfos()[2].trustedUsage, noTrustedUsage);
+}
+
+TEST(InitContainerInfos, PairsAKeyWithoutIdentifierWithAPublicKeyThatCouldNotBeDecoded) {
+    for (const Use use : {Use::both, Use::signOnly}) {
+        const auto container = containerOf(CardBuilder()
+                                               .privateKeys({key("A", {}, use)})
+                                               .publicKeys({undecodable(), publicKeyWithId({})}));
+        EXPECT_EQ(container->getPrivateKeyInfo(1).auxValue1, 2);
+        EXPECT_EQ(container->getPublicKeyInfos()[0].auxValue2, 4);
+        EXPECT_EQ(container->getPublicKeyInfos()[1].auxValue2, noLink);
+    }
+}
+
+TEST(UpdateContainerInfos, JoinsNoKeyToAKeyThatCouldNotBeDecoded) {
+    const auto container = containerOf(CardBuilder().privateKeys(
+        {undecodable(), key("", {}, Use::decryptOnly), key("S", {'S'}, Use::signOnly)}));
+    ASSERT_EQ(container->getContainerInfos().size(), 1u);
+    expectRecords(container->getContainerInfos()[0], 2, 0, 3, 0);
 }
 
 }  // namespace

@@ -32,14 +32,12 @@ std::vector<unsigned> rowTypes(const PKCS15Container& container) {
 }
 
 TEST(ReadFromCard, SelectsTheApplicationAndReadsTheFilesInTheOrderOfTheODF) {
-    const auto calls = selectionsOfReading(CardBuilder()
-                                               .dataObjects({dataRecord()})
-                                               .privateKeys({privateKey()})
-                                               .authObjects({pin()}));
-    EXPECT_EQ(calls, (std::vector<std::string>{selectCall, "selectFile 3F0050155032",
-                                               "selectFile 3F0050155031", "selectFile 3F0050154408",
-                                               "selectFile 3F0050154401",
-                                               "selectFile 3F0050154409"}));
+    const auto calls = selectionsOfReading(
+        CardBuilder().dataObjects({dataRecord()}).privateKeys({privateKey()}).authObjects({pin()}));
+    EXPECT_EQ(calls,
+              (std::vector<std::string>{selectCall, "selectFile 3F0050155032",
+                                        "selectFile 3F0050155031", "selectFile 3F0050154408",
+                                        "selectFile 3F0050154401", "selectFile 3F0050154409"}));
 }
 
 TEST(ReadFromCard, TakesARelativePathOfTheODFFromTheApplicationOn) {
@@ -51,16 +49,15 @@ TEST(ReadFromCard, TakesARelativePathOfTheODFFromTheApplicationOn) {
 TEST(ReadFromCard, GivesRecordNumbersInTheOrderOfReading) {
     const auto container = containerOf(fullCard());
     EXPECT_EQ(rowTypes(*container),
-              (std::vector<unsigned>{
-                  6,       // TokenInfo
-                  1, 1,    // private keys
-                  2, 2,    // public keys
-                  18,      // trusted public key
-                  3, 3,    // certificates
-                  35, 19,  // useful certificates come before trusted ones
-                  7,       // secret key
-                  4,       // data object
-                  5}));    // key container; authentication objects have no row
+              (std::vector<unsigned>{6,       // TokenInfo
+                                     1, 1,    // private keys
+                                     2, 2,    // public keys
+                                     18,      // trusted public key
+                                     3, 3,    // certificates
+                                     35, 19,  // useful certificates come before trusted ones
+                                     7,       // secret key
+                                     4,       // data object
+                                     5}));    // key container; authentication objects have no row
     EXPECT_EQ(container->getPrivateKeyInfos()[1].recordNumber, 2u);
     EXPECT_EQ(container->getPublicKeyInfos()[1].recordNumber, 4u);
     EXPECT_EQ(container->getTrustedPublicKeyInfos()[0].recordNumber, 5u);
@@ -143,8 +140,8 @@ TEST(ReadFromCard, ReadsLinearFilesToo) {
 
 TEST(ReadODF, KeepsAnUndecodableEntryInItsPlaceAndReadsOn) {
     const Blob broken = context(0, sequence(integer(1)));
-    const auto container = containerOf(
-        CardBuilder().odfRecord(broken).dataObjects({dataRecord()}).odfRecord(broken));
+    const auto container =
+        containerOf(CardBuilder().odfRecord(broken).dataObjects({dataRecord()}).odfRecord(broken));
     ASSERT_EQ(container->getRawODF().size(), 3u);
     EXPECT_EQ(container->getRawODF()[0].value, nullptr);
     EXPECT_NE(container->getRawODF()[1].value, nullptr);
@@ -169,7 +166,8 @@ TEST(ReadODF, SkipsEntriesThatHoldTheirObjectsThemselves) {
 
 TEST(ReadODF, FollowsAnEntryThatBreaksAConstraint) {
     const Blob entry = odfEntry(7, path("4B00", 70000, 0));  // index beyond 65535
-    const auto container = containerOf(CardBuilder().odfRecord(entry).file(hex("4B00"), dataRecord()));
+    const auto container =
+        containerOf(CardBuilder().odfRecord(entry).file(hex("4B00"), dataRecord()));
     EXPECT_FALSE(container->getRawODF().at(0).isValid);
     EXPECT_EQ(container->getDataInfos().size(), 1u);
 }
@@ -183,13 +181,13 @@ TEST(ReadODF, KnowsNoLimitToTheNumberOfEntries) {
 }
 
 TEST(ReadDirectoryFiles, PutsRecordsOfTwoFilesOfAKindOneBehindTheOther) {
-    const auto container = containerOf(
-        CardBuilder()
-            .dataObjects({dataRecord({.common = {.label = "first"}})})
-            .privateKeys({privateKey()})
-            .odfRecord(odfEntry(7, path("4B00")))
-            .file(hex("4B00"), join({dataRecord({.common = {.label = "second"}}),
-                                     dataRecord({.common = {.label = "third"}})})));
+    const auto container =
+        containerOf(CardBuilder()
+                        .dataObjects({dataRecord({.common = {.label = "first"}})})
+                        .privateKeys({privateKey()})
+                        .odfRecord(odfEntry(7, path("4B00")))
+                        .file(hex("4B00"), join({dataRecord({.common = {.label = "second"}}),
+                                                 dataRecord({.common = {.label = "third"}})})));
     ASSERT_EQ(container->getDataInfos().size(), 3u);
     EXPECT_EQ(container->getRawDataObjects().size(), 3u);
     EXPECT_EQ(container->getDataInfos()[0].label, text("first"));
@@ -198,8 +196,8 @@ TEST(ReadDirectoryFiles, PutsRecordsOfTwoFilesOfAKindOneBehindTheOther) {
 }
 
 TEST(ReadDirectoryFiles, ReadsAFileTwiceThatTheODFNamesTwice) {
-    const auto container = containerOf(
-        CardBuilder().dataObjects({dataRecord()}).odfRecord(odfEntry(7, path("4408"))));
+    const auto container =
+        containerOf(CardBuilder().dataObjects({dataRecord()}).odfRecord(odfEntry(7, path("4408"))));
     EXPECT_EQ(container->getDataInfos().size(), 2u);
 }
 
@@ -293,6 +291,41 @@ TEST(ReadFromCard, KeepsItsResultsOnACardOfTenThousandObjects) {
     EXPECT_EQ(container->getAuthInfos().back().reference, 3);
     EXPECT_EQ(container->getCertificateInfos()[0].auxValue2,
               static_cast<std::int64_t>(container->getContainerInfos().back().recordNumber));
+}
+
+TEST(ReadFromCard, ReadsAnODFWhoseEntriesStandInsideOneOuterSequence) {
+    const Blob entries = join({odfEntry(0, path("4401")), odfEntry(7, path("4408"))});
+    const auto container = containerOf(CardBuilder()
+                                           .privateKeys({privateKey()})
+                                           .dataObjects({dataRecord(), dataRecord()})
+                                           .odf(sequence(entries)));
+    EXPECT_EQ(container->getRawODF().size(), 2u);
+    EXPECT_EQ(rowTypes(*container), (std::vector<unsigned>{6, 1, 4, 4, 5}));
+}
+
+TEST(ReadFromCard, ReservesRoomForTheRecordsOfEachList) {
+    constexpr std::size_t count = 5;  // growth by doubling would end at 8
+    const auto container =
+        containerOf(CardBuilder()
+                        .privateKeys(std::vector<Blob>(count, privateKey()))
+                        .publicKeys(std::vector<Blob>(count, publicKey()))
+                        .trustedPublicKeys(std::vector<Blob>(count, publicKey()))
+                        .secretKeys(std::vector<Blob>(count, secretKey()))
+                        .certificates(std::vector<Blob>(count, certificate()))
+                        .trustedCertificates(std::vector<Blob>(count, certificate()))
+                        .usefulCertificates(std::vector<Blob>(count, certificate()))
+                        .dataObjects(std::vector<Blob>(count, dataRecord()))
+                        .authObjects(std::vector<Blob>(count, pin())));
+    EXPECT_EQ(container->getPrivateKeyInfos().capacity(), count);
+    EXPECT_EQ(container->getPublicKeyInfos().capacity(), count);
+    EXPECT_EQ(container->getTrustedPublicKeyInfos().capacity(), count);
+    EXPECT_EQ(container->getBlockCipherKeyInfos().capacity(), count);
+    EXPECT_EQ(container->getCertificateInfos().capacity(), count);
+    EXPECT_EQ(container->getTrustedCertificateInfos().capacity(), count);
+    EXPECT_EQ(container->getUsefulCertificateInfos().capacity(), count);
+    EXPECT_EQ(container->getDataInfos().capacity(), count);
+    EXPECT_EQ(container->getContainerInfos().capacity(), count) << "one for each private key";
+    EXPECT_EQ(container->getAuthInfos().capacity(), count);
 }
 
 }  // namespace

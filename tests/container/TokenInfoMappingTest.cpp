@@ -51,9 +51,9 @@ TEST(InitTokenInfo, TakesTheSerialNumber) {
 }
 
 TEST(InitTokenInfo, HasNoSerialNumberWhereTheCardLeavesItOut) {
-    EXPECT_EQ(tokenInfoOf({.serialNumber = Blob{1}}, {.serialNumber = std::nullopt})
-                  .info.serialNumber,
-              Blob());
+    EXPECT_EQ(
+        tokenInfoOf({.serialNumber = Blob{1}}, {.serialNumber = std::nullopt}).info.serialNumber,
+        Blob());
 }
 
 TEST(InitTokenInfo, SetsTheValuesThatCallersUse) {
@@ -102,9 +102,9 @@ TEST(InitTokenInfo, ReplacesTheFlagsOfThePreviousCard) {
 }
 
 TEST(InitTokenInfo, TakesARowForEachAlgorithm) {
-    const auto rows = tokenInfoOf({.supportedAlgorithms = algorithms(
-                                       {{.reference = 1, .algorithm = 0x40},
-                                        {.reference = 2, .algorithm = 0x80000001}})})
+    const auto rows = tokenInfoOf({.supportedAlgorithms =
+                                       algorithms({{.reference = 1, .algorithm = 0x40},
+                                                   {.reference = 2, .algorithm = 0x80000001}})})
                           .supportedAlgorithms;
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[0].algorithm, 0x40u);
@@ -113,10 +113,9 @@ TEST(InitTokenInfo, TakesARowForEachAlgorithm) {
 }
 
 TEST(InitTokenInfo, TakesTheArcsOfAnAlgorithmAsOctets) {
-    const auto rows =
-        tokenInfoOf({.supportedAlgorithms = algorithms(
-                         {{.algId = objectIdentifier({1, 2, 840, 255, 256})}})})
-            .supportedAlgorithms;
+    const auto rows = tokenInfoOf({.supportedAlgorithms = algorithms(
+                                       {{.algId = objectIdentifier({1, 2, 840, 255, 256})}})})
+                          .supportedAlgorithms;
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].algId, hex("01 02 48 FF 00"));  // 840 is 0348, 256 is 0100
 }
@@ -143,8 +142,8 @@ TEST(InitTokenInfo, TakesOperationsBeyondTheEndForFalse) {
 }
 
 TEST(InitTokenInfo, LeavesTheAlgorithmsAsTheyWereWhereTheCardListsNone) {
-    const auto rows =
-        tokenInfoOf({.supportedAlgorithms = algorithms({{.algorithm = 7}})}, {}).supportedAlgorithms;
+    const auto rows = tokenInfoOf({.supportedAlgorithms = algorithms({{.algorithm = 7}})}, {})
+                          .supportedAlgorithms;
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].algorithm, 7u);
 }
@@ -206,6 +205,9 @@ TEST(InitTokenInfo, FailsWhenItWouldNotBeTheFirstRow) {
     container->newFATRecord(dataObject, false);
     EXPECT_EQ(failureOf([&] { container->initTokenInfo(); }),
               smartcardFailure("TokenInfo must be record[0]", "PKCS15Container::initTokenInfo"));
+    ASSERT_EQ(container->getFATRecords().size(), 2u) << "the row stays";
+    EXPECT_EQ(container->getFATRecords()[0], (FATInfo{4, 0, 0, 0}));
+    EXPECT_EQ(container->getFATRecords()[1], (FATInfo{6, 0, 1, 1}));
     EXPECT_EQ(container->getTokenInfo().info.label, Blob());
 }
 

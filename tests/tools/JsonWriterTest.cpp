@@ -50,7 +50,9 @@ TEST(JsonWriter, WritesNothingWhenTheUserAskedToStop) {
     const std::atomic<bool> interrupted = true;
     Output output;
     output.console.interrupted = &interrupted;
-    EXPECT_THROW(JsonWriter writer(output.call), Interrupted);
+    JsonWriter writer(output.call);
+    writer.add("member", 1);
+    EXPECT_THROW(writer.finish(), Interrupted);
     EXPECT_EQ(output.out.str(), "");
 }
 

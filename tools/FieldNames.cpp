@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 #include <iterator>
 #include <span>
 
@@ -72,6 +73,29 @@ std::optional<std::string_view> nameAt(std::span<const std::string_view> names,
     return names[position];
 }
 
+std::optional<unsigned> positionOf(std::string_view name, std::span<const std::string_view> names) {
+    for (unsigned position = 0; position < names.size(); ++position) {
+        if (!name.empty() && names[position] == name) return position;
+    }
+    return std::nullopt;
+}
+
+/// The number that all of `digits` are.
+std::optional<std::uint32_t> parseNumber(std::string_view digits, int base) {
+    std::uint32_t number = 0;
+    const char* end = digits.data() + digits.size();
+    const auto [rest, error] = std::from_chars(digits.data(), end, number, base);
+    if (digits.empty() || rest != end || error != std::errc()) return std::nullopt;
+    return number;
+}
+
+std::optional<unsigned> bitOf(std::string_view name, std::span<const std::string_view> names) {
+    if (const auto position = positionOf(name, names)) return position;
+    if (name.substr(0, 3) != "bit") return std::nullopt;
+    const auto number = parseNumber(name.substr(3), 10);
+    return number && *number < 32 ? number : std::nullopt;
+}
+
 std::vector<std::string> setBits(std::uint32_t flags, std::span<const std::string_view> names) {
     std::vector<std::string> set;
     for (unsigned bit = 0; bit < 32; ++bit) {
@@ -89,10 +113,23 @@ std::string attributeName(unsigned long attribute) {
     return found ? found->name : fmt::format("CKA_0x{:X}", attribute);
 }
 
+std::optional<unsigned long> attributeNumber(std::string_view name) {
+    for (const Attribute& attribute : booleanAttributes) {
+        if (attribute.name == name) return attribute.number;
+    }
+    constexpr std::string_view prefix = "CKA_0x";
+    if (name.substr(0, prefix.size()) != prefix) return std::nullopt;
+    return parseNumber(name.substr(prefix.size()), 16);
+}
+
 bool isBooleanAttribute(unsigned long attribute) { return findAttribute(attribute) != nullptr; }
 
 std::optional<std::string_view> keyTypeName(std::uint64_t keyType) {
     return nameAt(keyTypes, keyType);
+}
+
+std::optional<std::uint64_t> keyTypeNumber(std::string_view name) {
+    return positionOf(name, keyTypes);
 }
 
 std::vector<std::string> pinFlagNames(std::uint32_t flags) { return setBits(flags, pinFlags); }
@@ -101,14 +138,28 @@ std::vector<std::string> biometricFlagNames(std::uint32_t flags) {
     return setBits(flags, biometricFlags);
 }
 
+std::optional<unsigned> pinFlagBit(std::string_view name) { return bitOf(name, pinFlags); }
+
+std::optional<unsigned> biometricFlagBit(std::string_view name) {
+    return bitOf(name, biometricFlags);
+}
+
 std::string_view operationName(std::size_t bit) { return operations[bit]; }
+
+std::optional<unsigned> operationBit(std::string_view name) { return positionOf(name, operations); }
 
 std::optional<std::string_view> pinTypeName(std::uint32_t pinType) {
     return nameAt(pinTypes, pinType);
 }
 
+std::optional<unsigned> pinTypeNumber(std::string_view name) { return positionOf(name, pinTypes); }
+
 std::optional<std::string_view> biometricTypeName(std::uint64_t position) {
     return nameAt(biometricTypes, position);
+}
+
+std::optional<unsigned> biometricTypeNumber(std::string_view name) {
+    return positionOf(name, biometricTypes);
 }
 
 }  // namespace tovi

@@ -51,5 +51,33 @@ TEST(TypeNames, EndWithTheStandard) {
     EXPECT_EQ(operationName(7), "generate-key");
 }
 
+TEST(FieldNames, AreFoundAgain) {
+    for (const unsigned long number : {0x2ul, 0x108ul, 0x202ul, 0x102ul, 0xFFFFFFFFul}) {
+        EXPECT_EQ(attributeNumber(attributeName(number)), number);
+    }
+    for (const std::uint64_t keyType : {0, 1, 2, 3}) {
+        EXPECT_EQ(keyTypeNumber(*keyTypeName(keyType)), keyType);
+    }
+    for (unsigned bit = 0; bit < 32; ++bit) {
+        EXPECT_EQ(pinFlagBit(pinFlagNames(1u << bit).front()), bit);
+        EXPECT_EQ(biometricFlagBit(biometricFlagNames(1u << bit).front()), bit);
+    }
+    for (unsigned bit = 0; bit < 8; ++bit) EXPECT_EQ(operationBit(operationName(bit)), bit);
+    for (unsigned type = 0; type < 5; ++type) EXPECT_EQ(pinTypeNumber(*pinTypeName(type)), type);
+    EXPECT_EQ(biometricTypeNumber("irisScan"), 1u);
+}
+
+TEST(FieldNames, AreNotFoundForOtherTexts) {
+    for (const char* name : {"", "CKA_", "CKA_0x", "CKA_0x1FFFFFFFF", "CKA_0x1G", "cka_sign"}) {
+        EXPECT_EQ(attributeNumber(name), std::nullopt) << name;
+    }
+    for (const char* name : {"", "bit", "bit32", "bit-1", "bit1x", "Local"}) {
+        EXPECT_EQ(pinFlagBit(name), std::nullopt) << name;
+        EXPECT_EQ(biometricFlagBit(name), std::nullopt) << name;
+    }
+    EXPECT_EQ(keyTypeNumber("rsa"), std::nullopt);
+    EXPECT_EQ(pinTypeNumber(""), std::nullopt);
+}
+
 }  // namespace
 }  // namespace tovi::test

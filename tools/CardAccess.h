@@ -24,6 +24,10 @@ public:
     CardAccess(Invocation& call, CardFolder::Mode mode);
 
     ISCardOS& os() { return application_; }
+    /// Off while several commands have to be performed as one; see InterruptibleChannel.
+    void setInterruptible(bool isInterruptible) {
+        interruptible_.setInterruptible(isInterruptible);
+    }
     /// The identifier of the application.
     const Blob& aid() const { return aid_; }
     /// The path of the application below the master file.

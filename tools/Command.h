@@ -69,6 +69,10 @@ std::unique_ptr<Command> makeShowCommand();
 std::unique_ptr<Command> makeDumpCommand();
 std::unique_ptr<Command> makeCheckCommand();
 std::unique_ptr<Command> makeInitCommand();
+std::unique_ptr<Command> makeApplyCommand();
+std::unique_ptr<Command> makeDeleteCommand();
+std::unique_ptr<Command> makeTokenInfoCommand();
+std::unique_ptr<Command> makeFreeFidCommand();
 
 /// Runs the command line `arguments`, which begins behind the program's name. Never throws; returns
 /// the exit status of the process.

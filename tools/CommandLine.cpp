@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/Command.h"
+#include "tools/OptionChecks.h"
 #include "tools/Text.h"
 
 namespace tovi {
@@ -33,17 +34,11 @@ private:
     std::vector<Entry> entries_;
 };
 
-std::string checkedAid(const std::string& text) {
-    const auto aid = fromHex(text);
-    return aid && !aid->empty() && aid->size() <= 16 ? "" : "an AID is 1 to 16 octets in hex";
-}
-
-std::string checkedName(const std::string& text) { return text.empty() ? "the name is empty" : ""; }
-
 CommandLine::CommandLine() {
     declareOptions();
     for (auto make :
-         {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand, makeInitCommand}) {
+         {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand, makeInitCommand,
+          makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand, makeFreeFidCommand}) {
         Entry& entry = entries_.emplace_back(Entry{make(), nullptr});
         entry.app = entry.command->declare(app_);
     }
@@ -52,11 +47,11 @@ CommandLine::CommandLine() {
 void CommandLine::declareOptions() {
     auto* card = app_.add_option("--card", options_.card, "a card folder (default: $TOVI_CARD)")
                      ->type_name("DIR")
-                     ->check(checkedName);
+                     ->check(checkedNotEmpty);
     app_.add_option("--reader", options_.reader,
                     "a PC/SC reader, by a unique part of its name (not in this build)")
         ->type_name("NAME")
-        ->check(checkedName)
+        ->check(checkedNotEmpty)
         ->excludes(card);
     app_.add_option("--aid", options_.aid, "the application's identifier (default: PKCS#15's)")
         ->type_name("HEX")

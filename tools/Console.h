@@ -17,6 +17,8 @@ struct Console {
     std::string defaultCard = {};
     /// Set as soon as the user asks to stop; null when nobody can.
     const std::atomic<bool>* interrupted = nullptr;
+    /// `err` is a terminal, where a line may be written over.
+    bool showsProgress = false;
 };
 
 }  // namespace tovi

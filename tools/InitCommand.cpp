@@ -4,8 +4,8 @@
 #include "tools/CardPlan.h"
 #include "tools/Command.h"
 #include "tools/EmptyApplication.h"
+#include "tools/OptionChecks.h"
 #include "tools/Text.h"
-#include "tovi/asn1/Strings.h"
 #include "tovi/interfaces/CardProfile.h"
 #include "tovi/platform/DirectoryFile.h"
 
@@ -13,21 +13,6 @@ namespace tovi {
 namespace {
 
 constexpr std::size_t usualFileSize = 4096;
-constexpr std::size_t longestLabel = 255;  // pkcs15-ub-label, in characters
-
-std::string checkedLabel(const std::string& text) {
-    const ASN1::View octets(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
-    return ASN1::isUTF8(octets) && ASN1::countCharacters(octets) <= longestLabel
-               ? ""
-               : "a label is UTF-8 of up to 255 characters";
-}
-
-std::string checkedSerial(const std::string& text) {
-    const auto serial = fromHex(text);
-    return serial && !serial->empty() && serial->size() <= 255
-               ? ""
-               : "a serial number is 1 to 255 octets in hexadecimal";
-}
 
 /// `tovi init DIR`: makes a card folder.
 class InitCommand final : public Command {

@@ -13,14 +13,18 @@ public:
     InterruptibleChannel(ICardChannel& channel, const Invocation& call)
         : channel_(channel), call_(call) {}
 
+    /// Whether an interrupt counts; it does at first. One that came while it did not is not lost.
+    void setInterruptible(bool isInterruptible) { isInterruptible_ = isInterruptible; }
+
     Blob transmit(const Blob& command) override {
-        call_.checkInterrupt();
+        if (isInterruptible_) call_.checkInterrupt();
         return channel_.transmit(command);
     }
 
 private:
     ICardChannel& channel_;
     const Invocation& call_;
+    bool isInterruptible_ = true;
 };
 
 }  // namespace tovi

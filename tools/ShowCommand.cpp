@@ -1,10 +1,10 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 
 #include "tools/CardAccess.h"
 #include "tools/Command.h"
+#include "tools/ObjectName.h"
 #include "tools/ObjectText.h"
 #include "tools/ValueText.h"
 #include "tovi/interfaces/Exception.h"
@@ -22,25 +22,6 @@ public:
 private:
     std::string object_;
 };
-
-/// What the command line asks for.
-struct ObjectName {
-    bool isAuth = false;
-    std::uint64_t number = 0;  ///< record number, or reference of an authentication object
-};
-
-ObjectName parseName(const std::string& text) {
-    ObjectName name;
-    name.isAuth = text.rfind("auth:", 0) == 0;
-    const std::string digits = name.isAuth ? text.substr(5) : text;
-    const char* end = digits.data() + digits.size();
-    const auto [rest, error] = std::from_chars(digits.data(), end, name.number);
-    if (digits.empty() || rest != end || error != std::errc{} ||
-        (name.isAuth && name.number >= noReference)) {
-        throw UsageError("'" + text + "' is neither a record number nor auth:REF");
-    }
-    return name;
-}
 
 /// An object as it is shown: its JSON, and for people also what else is known.
 struct Shown {
@@ -110,7 +91,7 @@ CLI::App* ShowCommand::declare(CLI::App& app) {
 }
 
 ExitCode ShowCommand::run(Invocation& call) {
-    const ObjectName name = parseName(object_);
+    const ObjectName name = parseObjectName(object_);
     CardAccess card(call, CardFolder::Mode::readOnly);
     const ContainerPointer model = makeContainer(card.applicationPath());
     model->readFromCard(&card.os());

@@ -41,7 +41,12 @@ bool wantsColour() {
 
 int main(int argc, char** argv) {
     installHandlers();
-    tovi::Console console{
-        std::cin, std::cout, std::cerr, wantsColour(), environment("TOVI_CARD"), &interrupted};
+    tovi::Console console{std::cin,
+                          std::cout,
+                          std::cerr,
+                          wantsColour(),
+                          environment("TOVI_CARD"),
+                          &interrupted,
+                          isatty(STDERR_FILENO) == 1};
     return tovi::runCommandLine(std::vector<std::string>(argv + (argc > 0), argv + argc), console);
 }

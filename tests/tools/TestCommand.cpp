@@ -1,6 +1,7 @@
 #include "TestCommand.h"
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <sstream>
@@ -15,8 +16,13 @@ Json Result::json() const { return Json::parse(out); }
 Result run(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
     std::istringstream in(surroundings.in);
     std::ostringstream out, err;
-    Console console{
-        in, out, err, surroundings.colour, surroundings.defaultCard, surroundings.interrupted};
+    Console console{in,
+                    out,
+                    err,
+                    surroundings.colour,
+                    surroundings.defaultCard,
+                    surroundings.interrupted,
+                    surroundings.showsProgress};
     const int exit = runCommandLine(arguments, console);
     return {exit, out.str(), err.str()};
 }
@@ -28,8 +34,18 @@ Result runJson(const std::string& card, std::vector<std::string> arguments) {
 
 std::string sampleCard(const std::string& name) { return std::string(TOVI_TEST_CARDS "/") + name; }
 
-TemporaryFolder::TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tovi-test-XXXXXX").string();
+namespace {
+
+std::filesystem::path parentFolder(TemporaryFolder::Place place) {
+    const std::filesystem::path memory = "/dev/shm";
+    const bool isUsed = place == TemporaryFolder::inMemory && access(memory.c_str(), W_OK) == 0;
+    return isUsed ? memory : std::filesystem::temp_directory_path();
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder(Place place) {
+    std::string name = (parentFolder(place) / "tovi-test-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
     path_ = name;
 }

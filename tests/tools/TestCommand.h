@@ -26,6 +26,7 @@ struct Surroundings {
     std::string defaultCard = {};  ///< TOVI_CARD
     bool colour = false;
     const std::atomic<bool>* interrupted = nullptr;
+    bool showsProgress = false;
 };
 
 /// Runs the command in this process.
@@ -40,7 +41,9 @@ std::string sampleCard(const std::string& name);
 /// A folder of the test's own, removed at its end.
 class TemporaryFolder {
 public:
-    TemporaryFolder();
+    /// Where the system has files in memory, for tests that write a lot; on its disk otherwise.
+    enum Place { onDisk, inMemory };
+    explicit TemporaryFolder(Place place = onDisk);
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/Forecast.h"
+#include "tools/JsonInfos.h"
+#include "tools/JsonPlace.h"
+#include "tovi/container/PKCS15Container.h"
+
+namespace tovi {
+
+/// One operation of a list that `apply` performs. All of it that can be judged without the card has
+/// been, when there is such an object.
+class Operation {
+public:
+    virtual ~Operation() = default;
+
+    /// What the operation is about: {"op", and "recordNumber" or "auth" where it names an object}.
+    virtual Json head() const = 0;
+    /// What people are told that it is about: "privateKey", "record 4", "auth:1" or nothing.
+    virtual std::string object() const = 0;
+    /// Judges the operation by the objects that there will be, and adds what it does to them.
+    /// Throws UsageError that names the place.
+    virtual void foresee(Forecast& forecast) const = 0;
+    /// Performs it on a model that has been read. Returns head() with what came of it; throws
+    /// tovi::Exception when it failed, UsageError for fields that the object does not have.
+    virtual Json perform(PKCS15Container& model, ISCardOS& os) const = 0;
+};
+using OperationPointer = std::unique_ptr<Operation>;
+
+/// The operations of a list, which must outlive them. Throws UsageError that names the position and
+/// the field of what is no operation.
+std::vector<OperationPointer> operationsFromJson(const Json& list);
+
+// Those of one kind, from their place in the list.
+OperationPointer makeWriteOperation(const JsonPlace& place);
+OperationPointer makeUpdateOperation(const JsonPlace& place);
+OperationPointer makeDeleteOperation(const JsonPlace& place);
+OperationPointer makeTokenInfoOperation(const JsonPlace& place);
+OperationPointer makeReadOperation(const JsonPlace& place);
+
+/// The value of a member that has to be there.
+JsonPlace needed(const JsonPlace& place, const char* name);
+
+/// The highest record number: rows are known by 16 bits.
+inline constexpr std::size_t lastRecordNumber = 0xFFFF;
+
+}  // namespace tovi

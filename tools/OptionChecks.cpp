@@ -1,0 +1,41 @@
+#include "tools/OptionChecks.h"
+
+#include "tools/Text.h"
+#include "tovi/asn1/Strings.h"
+
+namespace tovi {
+namespace {
+
+constexpr std::size_t longestLabel = 255;  // pkcs15-ub-label, in characters
+
+bool isHex(const std::string& text, std::size_t least, std::size_t most) {
+    const auto octets = fromHex(text);
+    return octets && octets->size() >= least && octets->size() <= most;
+}
+
+}  // namespace
+
+std::string checkedAid(const std::string& text) {
+    return isHex(text, 1, 16) ? "" : "an AID is 1 to 16 octets in hex";
+}
+
+std::string checkedLabel(const std::string& text) {
+    const ASN1::View octets(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+    return ASN1::isUTF8(octets) && ASN1::countCharacters(octets) <= longestLabel
+               ? ""
+               : "a label is UTF-8 of up to 255 characters";
+}
+
+std::string checkedSerial(const std::string& text) {
+    return isHex(text, 1, 255) ? "" : "a serial number is 1 to 255 octets in hexadecimal";
+}
+
+std::string checkedFid(const std::string& text) {
+    return isHex(text, 2, 2) ? "" : "a file identifier is 2 octets in hexadecimal";
+}
+
+std::string checkedNotEmpty(const std::string& text) {
+    return text.empty() ? "the name is empty" : "";
+}
+
+}  // namespace tovi

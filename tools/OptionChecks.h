@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace tovi {
+
+// Checks of options, as CLI11 takes them: empty when the value is good, else what is expected.
+
+std::string checkedAid(const std::string& text);
+/// A label or another name of the token.
+std::string checkedLabel(const std::string& text);
+std::string checkedSerial(const std::string& text);
+/// A file identifier.
+std::string checkedFid(const std::string& text);
+std::string checkedNotEmpty(const std::string& text);
+
+}  // namespace tovi

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/FakeCard.h"
+#include "tovi/platform/RecordScanner.h"
 
 namespace tovi {
 namespace {
@@ -75,6 +76,24 @@ TEST(PlannedWrites, GoBackwardsAndKeepTheBeginningToTheLast) {
     PlannedWrites writes = writesTo(file, target, 8);
     EXPECT_TRUE(writes.putBackwards(0, target));
     EXPECT_EQ(stepsOf(writes), (Steps{{12, times(8, 0)}, {7, times(5, 0)}, {0, times(7, 0)}}));
+}
+
+TEST(PlannedWrites, GoingBackwardsNeverLeaveTheTagOfASequenceAlone) {
+    // Erased records of 48 octets, 00 30 30 xx: without the second 30 the first is a live tag.
+    for (std::size_t offset = 0; offset < 24; ++offset) {
+        const Blob file = times(offset, 0xFF) + Blob{0x00, 0x30, 0x30} + times(47, 0x11);
+        for (const std::uint8_t fill : Blob{0x00, 0xFF}) {
+            PlannedWrites writes = writesTo(file, times(file.size(), fill), 8);
+            writes.putBackwards(0, times(file.size(), fill));
+            Blob now = file;
+            for (const auto& [at, octets] : stepsOf(writes)) {
+                std::copy(octets.begin(), octets.end(), now.begin() + at);
+                for (const FileEntry& entry : scanRecords(now))
+                    EXPECT_FALSE(entry.isRecord()) << offset << " at " << at;
+            }
+            EXPECT_EQ(now, times(file.size(), fill));
+        }
+    }
 }
 
 TEST(PlannedWrites, GoingBackwardsSkipWhatIsRightAlready) {

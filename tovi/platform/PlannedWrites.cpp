@@ -6,6 +6,11 @@
 #include "tovi/platform/GapMarks.h"
 
 namespace tovi {
+namespace {
+
+constexpr std::uint8_t sequenceTag = 0x30;
+
+}  // namespace
 
 PlannedWrites::PlannedWrites(ASN1::View file, std::vector<std::uint8_t> target, std::size_t most)
     : now_(file.begin(), file.end()), target_(std::move(target)), most_(most), last_(now_.size()) {}
@@ -37,6 +42,12 @@ void PlannedWrites::putLong(std::size_t offset, const Blob& mark, ASN1::View oct
     put(offset, octets.first(mark.size()));
 }
 
+/// Whether 00 30 would be left in front of `offset` without what makes an erased record of 48
+/// octets of it: then 30 would be a live tag.
+bool PlannedWrites::wouldBareSequence(std::size_t offset) const {
+    return offset >= 2 && now_[offset - 2] == 0x00 && now_[offset - 1] == sequenceTag;
+}
+
 bool PlannedWrites::putBackwards(std::size_t offset, ASN1::View octets) {
     std::size_t end = octets.size();
     while (true) {
@@ -44,6 +55,8 @@ bool PlannedWrites::putBackwards(std::size_t offset, ASN1::View octets) {
         if (end == 0) return false;
         std::size_t start = end - std::min(end, most_);
         if (start > 0 && end > longestMark) start = std::max(start, longestMark);
+        if (start > 0 && wouldBareSequence(offset + start))
+            start = end - start > 1 ? start + 1 : start - 1;
         put(offset + start, octets.subspan(start, end - start));
         if (finish()) return true;
         end = start;

@@ -50,6 +50,8 @@ public:
     std::vector<WriteStep> take() { return std::move(steps_); }
 
 private:
+    bool wouldBareSequence(std::size_t offset) const;
+
     std::vector<std::uint8_t> now_;
     std::vector<std::uint8_t> target_;
     std::vector<WriteStep> steps_;

@@ -24,6 +24,8 @@ public:
 
 private:
     Json readList(Invocation& call) const;
+    bool isStandardInput() const { return file_ == "-"; }
+    std::string nameOfList() const { return isStandardInput() ? "standard input" : file_; }
 
     std::string file_;
     bool keepGoing_ = false;
@@ -127,16 +129,16 @@ CLI::App* ApplyCommand::declare(CLI::App& app) {
 }
 
 Json ApplyCommand::readList(Invocation& call) const {
-    return file_ == "-" ? readJson(call.console().in, file_) : readJsonFile(file_);
+    return isStandardInput() ? readJson(call.console().in, nameOfList()) : readJsonFile(file_);
 }
 
 ExitCode ApplyCommand::run(Invocation& call) {
     const Json list = readList(call);
-    const auto operations = within(file_, [&] { return operationsFromJson(list); });
+    const auto operations = within(nameOfList(), [&] { return operationsFromJson(list); });
     CardAccess card(call, CardFolder::Mode::readWrite);
     const ContainerPointer model = makeContainer(card.applicationPath());
     model->readFromCard(&card.os());
-    within(file_, [&] {
+    within(nameOfList(), [&] {
         Forecast forecast(*model);
         for (const OperationPointer& operation : operations) operation->foresee(forecast);
     });

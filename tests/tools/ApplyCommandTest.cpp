@@ -2,8 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <sstream>
+#include <streambuf>
 
 #include "NewCard.h"
+#include "tools/Command.h"
 
 namespace tovi::test {
 namespace {
@@ -384,7 +387,7 @@ TEST(Apply, ChecksTheWholeListBeforeItTouchesTheCard) {
     const Result result = card.apply({writeData("A"), {{"op", "write"}}});
     EXPECT_EQ(result.exit, 2);
     EXPECT_TRUE(result.json().contains("error"));
-    EXPECT_THAT(result.err, HasSubstr("-: operations[1]: expected 'kind'"));
+    EXPECT_THAT(result.err, HasSubstr("standard input: operations[1]: expected 'kind'"));
     EXPECT_EQ(card.list()["dataObjects"], Json::array());
     EXPECT_EQ(run({"--card", "/nowhere", "apply", "-"}, {.in = "[1]"}).exit, 2)
         << "not even asked for";
@@ -450,7 +453,7 @@ TEST(Apply, ShowsProgressOfLongListsOnATerminal) {
     EXPECT_THAT(card.apply(list).err, IsEmpty()) << "no terminal";
 }
 
-TEST(Apply, StopsBetweenOperationsWhenInterrupted) {
+TEST(Apply, DoesNothingWhenInterruptedBefore) {
     const NewCard card;
     const std::atomic<bool> interrupted = true;
     const Result result = card.run(
@@ -458,6 +461,33 @@ TEST(Apply, StopsBetweenOperationsWhenInterrupted) {
     EXPECT_EQ(result.exit, 130);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(card.list()["dataObjects"], Json::array());
+}
+
+/// The user, who wants to stop when the first UPDATE BINARY appears in the trace.
+class HastyUser final : public std::streambuf {
+public:
+    std::atomic<bool> interrupted = false;
+    std::string seen;
+
+protected:
+    int overflow(int character) override {
+        seen += static_cast<char>(character);
+        if (seen.find("> 00D6") != std::string::npos) interrupted = true;
+        return traits_type::not_eof(character);
+    }
+};
+
+TEST(Apply, FinishesTheOperationInWhichItIsInterrupted) {
+    const NewCard card;
+    HastyUser user;
+    std::istringstream in(Json({writeData("A"), writeData("B")}).dump());
+    std::ostringstream out;
+    std::ostream err(&user);
+    Console console{in, out, err, false, card.path(), &user.interrupted};
+    EXPECT_EQ(runCommandLine({"--json", "--trace", "apply", "-"}, console), 130);
+    EXPECT_EQ(out.str(), "") << "no half of a document";
+    EXPECT_THAT(user.seen, HasSubstr("1 of 2 operations were performed"));
+    EXPECT_THAT(labelsOf(card.list()["dataObjects"]), ElementsAre("A"));
 }
 
 }  // namespace

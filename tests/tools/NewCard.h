@@ -21,7 +21,7 @@ public:
     Json list() const;
 
 private:
-    TemporaryFolder folder_;
+    TemporaryFolder folder_{TemporaryFolder::inMemory};
 };
 
 // Operations that write an object, with the fields that tests vary.

@@ -42,7 +42,7 @@ Blob hex(std::string_view digits) {
         if (digit == ' ') continue;
         const unsigned value = digitValue(digit);
         if (isHalf)
-            octets.back() = static_cast<std::uint8_t>(octets.back() << 4 | value);
+            octets.back() = static_cast<std::uint8_t>(unsigned{octets.back()} << 4 | value);
         else
             octets.push_back(static_cast<std::uint8_t>(value));
         isHalf = !isHalf;

@@ -55,7 +55,7 @@ TEST(FieldNames, AreFoundAgain) {
     for (const unsigned long number : {0x2ul, 0x108ul, 0x202ul, 0x102ul, 0xFFFFFFFFul}) {
         EXPECT_EQ(attributeNumber(attributeName(number)), number);
     }
-    for (const std::uint64_t keyType : {0, 1, 2, 3}) {
+    for (const std::uint64_t keyType : {0u, 1u, 2u, 3u}) {
         EXPECT_EQ(keyTypeNumber(*keyTypeName(keyType)), keyType);
     }
     for (unsigned bit = 0; bit < 32; ++bit) {

@@ -11,14 +11,14 @@ using Kind = FileDescription::Kind;
 std::uint8_t fillOf(FileShape shape) { return shape == FileShape::filledWithFF ? 0xFF : 0x00; }
 
 void addLinearFile(VirtualCard& card, const Blob& path, FileShape shape,
-                   const std::vector<Blob>& records, std::size_t room) {
+                   const std::vector<Blob>& records, std::size_t room, std::size_t recordSize) {
     const bool isFixed = shape == FileShape::linearFixed;
     VirtualFile& file = card.addLinear(path, isFixed ? Kind::linearFixed : Kind::linearVariable,
-                                       linearRecordSize, records.size() + room);
+                                       recordSize, records.size() + room);
     file.records = records;
     if (!isFixed) return;
     file.records.resize(records.size() + room);
-    for (Blob& record : file.records) record.resize(linearRecordSize, 0x00);
+    for (Blob& record : file.records) record.resize(recordSize, 0x00);
 }
 
 bool isFree(const Blob& slot) {
@@ -32,7 +32,7 @@ std::string loosenessOfSlots(const VirtualFile& file, FileShape shape,
     if (found.size() != records.size()) return "another number of records";
     for (std::size_t i = 0; i < records.size(); ++i) {
         Blob expected = records[i];
-        if (shape == FileShape::linearFixed) expected.resize(linearRecordSize, 0x00);
+        if (shape == FileShape::linearFixed) expected.resize(file.description.recordSize, 0x00);
         if (found[i] != expected) return "another record " + std::to_string(i);
     }
     return {};
@@ -58,8 +58,8 @@ std::string nameOf(FileShape shape) {
 }
 
 void addDirectoryFile(VirtualCard& card, const Blob& path, FileShape shape,
-                      const std::vector<Blob>& records, std::size_t room) {
-    if (isLinear(shape)) return addLinearFile(card, path, shape, records, room);
+                      const std::vector<Blob>& records, std::size_t room, std::size_t recordSize) {
+    if (isLinear(shape)) return addLinearFile(card, path, shape, records, room, recordSize);
     const Blob contents = join({join(records), times(room, fillOf(shape))});
     card.addTransparent(path, contents.size(), contents);
 }

@@ -17,13 +17,14 @@ inline constexpr FileShape fileShapes[] = {FileShape::filledWith00, FileShape::f
 bool isLinear(FileShape shape);
 std::string nameOf(FileShape shape);
 
-/// The size of the records of a fixed linear file, and the most of a variable one.
+/// The usual size of the records of a fixed linear file, and the most of a variable one.
 inline constexpr std::size_t linearRecordSize = 250;
 
 /// Adds a file at an absolute path that holds `records` and has room for more: octets of padding,
 /// or records, which a fixed linear file has from the beginning, all 00.
 void addDirectoryFile(VirtualCard& card, const Blob& path, FileShape shape,
-                      const std::vector<Blob>& records, std::size_t room);
+                      const std::vector<Blob>& records, std::size_t room,
+                      std::size_t recordSize = linearRecordSize);
 
 /// What keeps the file from being compact; empty when it holds `records` one behind the other from
 /// the first octet on, then its padding; when linear, `records` in this order, free ones between.

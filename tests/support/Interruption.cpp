@@ -1,4 +1,4 @@
-#include "tests/writing/Interruption.h"
+#include "tests/support/Interruption.h"
 
 #include <cstdio>
 

@@ -1,18 +1,14 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "tests/support/CardFile.h"
-#include "tests/support/Objects.h"
+#include "tests/writing/Plan.h"
 #include "tovi/card/CommandExchange.h"
 
 namespace tovi::test {
-
-/// One operation of a container. After a failure it can be performed again.
-using Step = std::function<void(PKCS15Container&, ISCardOS*)>;
 
 /// A card, and what a container that has read it is to do with one file.
 struct Scenario {
@@ -65,12 +61,11 @@ struct Setting {
     std::string name() const;
 };
 
-/// Writing, updating with the same, a shorter and a longer record, deleting, each at the front, in
-/// the middle and at the end, and sequences of them; those of them for which the file has room.
+/// All plans for the kind; those of them for which the file has room.
 std::vector<Scenario> allScenarios(const Setting& setting);
-/// A write, an update with a longer record, a deletion and a sequence.
+/// The short ones of them.
 std::vector<Scenario> shortScenarios(const Setting& setting);
-/// EF(TokenInfo) with the same, a shorter and a longer label, and one after the other.
+/// The plans for EF(TokenInfo).
 std::vector<Scenario> tokenInfoScenarios(FileShape shape, const Connection& connection);
 /// Records that do not fit into one command.
 std::vector<Scenario> longRecordScenarios(FileShape shape);

@@ -8,8 +8,8 @@
 
 #include "tests/container/FailingAllocations.h"
 #include "tests/support/Failure.h"
+#include "tests/support/Wire.h"
 #include "tovi/card/CountingChannel.h"
-#include "tovi/card/ISO7816CardOS.h"
 
 namespace tovi::test {
 
@@ -18,24 +18,6 @@ namespace {
 using Records = std::vector<Blob>;
 
 constexpr std::uint16_t noSpaceInFile = 0x6A84;
-
-/// A connection to a card.
-class Wire {
-public:
-    Wire(VirtualCard& card, const CardCapabilities& capabilities)
-        : channel_(card), os_(channel_, capabilities) {}
-    ISCardOS* os() { return &os_; }
-
-private:
-    VirtualCardChannel channel_;
-    ISO7816CardOS os_;
-};
-
-std::unique_ptr<PKCS15Container> readNew(ISCardOS* os) {
-    auto container = makeContainer();
-    container->readFromCard(os);
-    return container;
-}
 
 /// One record more, one less, or one that differs; all others are the same and in order.
 bool isOneChange(const Records& before, const Records& after) {
@@ -85,8 +67,7 @@ public:
           card_(scenario_.card),
           mayGoElsewhere_(scenario_.shape == FileShape::linearVariable &&
                           how.statusWord == noSpaceInFile) {
-        Wire wire(card_, scenario_.capabilities);
-        container_ = readNew(wire.os());
+        container_ = readNew(card_, scenario_.capabilities);
         interrupt(index);
         lookAtContainer();
         lookAtCard();
@@ -159,8 +140,7 @@ private:
 
     void lookAtCard() {
         asItLies_ = card_;
-        Wire wire(asItLies_, scenario_.capabilities);
-        other_ = readNew(wire.os());
+        other_ = readNew(asItLies_, scenario_.capabilities);
         EXPECT_EQ(contradiction(*other_), "");
         isAsBefore_ = holds(held(*other_), state());
         isAsAfter_ = holds(held(*other_), stateAfterStep());
@@ -234,8 +214,7 @@ void Sweep::performWithout() {
     VirtualCardChannel channel(card);
     CountingChannel counting(channel);
     ISO7816CardOS os(counting, scenario_.capabilities);
-    const auto container = readNew(&os);
-    counting.clear();
+    const auto container = readNew(card, scenario_.capabilities);
     states_.push_back(viewOf(*container));
     for (const Step& step : scenario_.steps) {
         const Records before = scenario_.records(*container);
@@ -246,8 +225,8 @@ void Sweep::performWithout() {
         states_.push_back(viewOf(*container));
     }
     commands_ = counting.counts().commands;
-    Wire wire(card, scenario_.capabilities);
-    EXPECT_EQ(recordDifference(viewOf(*readNew(wire.os())), states_.back()), "");
+    const auto other = readNew(card, scenario_.capabilities);
+    EXPECT_EQ(recordDifference(viewOf(*other), states_.back()), "");
 }
 
 CutPoints Sweep::interruptEverywhere(const Interruption& how) const {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "tests/support/ContainerView.h"
-#include "tests/writing/Interruption.h"
+#include "tests/support/Interruption.h"
 #include "tests/writing/Scenario.h"
 
 namespace tovi::test {

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "tests/support/Failure.h"
+#include "tests/support/Wire.h"
 #include "tests/writing/Sweep.h"
-#include "tovi/card/ISO7816CardOS.h"
 
 // Every operation of a container, on a card that is pulled out, refuses or cannot be reached at any
 // of its commands. Each test tells how many such points it tried.
@@ -100,50 +100,38 @@ TEST(TwoFilesOfOneKind, SurviveInterruptions) {
 }
 
 /// What takes more room than there is leaves card and container as they are.
-class FullFile : public testing::TestWithParam<FileShape> {};
+class FullFile : public testing::TestWithParam<FileShape> {
+protected:
+    void refuse(const char* operation, const Step& step) {
+        const std::vector<Blob> records = usualRecords(kind);
+        VirtualCard card = cardWith(kind, GetParam(), records, 0);
+        Wire wire(card);
+        const auto container = readNew(card);
+        const ContainerView before = viewOf(*container);
+        EXPECT_EQ(failureOf([&] { step(*container, wire.os()); }),
+                  (Failure{smartcardId, "not enough memory", operation, 0x16A84}));
+        EXPECT_EQ(difference(viewOf(*container), before), "");
+        EXPECT_EQ(contradiction(*container), "");
+        EXPECT_EQ(looseness(card, absolutePath(directoryFID(kind)), GetParam(), records), "");
+    }
+    static constexpr Directory kind = Directory::dataObjects;
+    /// Its record is longer than one of the linear files may be.
+    const Content large_ = {.label = std::string(250, 'x')};
+};
 INSTANTIATE_TEST_SUITE_P(Writing, FullFile, testing::ValuesIn(fileShapes));
 
 TEST_P(FullFile, RefusesARecordMoreAndChangesNothing) {
-    const std::vector<Blob> records = usualRecords(Directory::dataObjects);
-    VirtualCard card = cardWith(Directory::dataObjects, GetParam(), records, 0);
-    VirtualCardChannel channel(card);
-    ISO7816CardOS os(channel);
-    const auto container = makeContainer();
-    container->readFromCard(&os);
-    const ContainerView before = viewOf(*container);
-    const Content content = {.label = std::string(200, 'x')};
-    const auto write = [&] { writeObject(*container, &os, Directory::dataObjects, content); };
-    EXPECT_EQ(failureOf(write),
-              (Failure{smartcardId, "not enough memory", "PKCS15Container::writeInfo", 0x16A84}));
-    EXPECT_EQ(difference(viewOf(*container), before), "");
-    EXPECT_EQ(contradiction(*container), "");
-    EXPECT_EQ(
-        looseness(card, absolutePath(directoryFID(Directory::dataObjects)), GetParam(), records),
-        "");
+    const Content small = {.label = "x"};
+    refuse("PKCS15Container::writeInfo", [&](PKCS15Container& container, ISCardOS* os) {
+        writeObject(container, os, kind, small);
+    });
 }
 
 TEST_P(FullFile, RefusesALongerRecordAndChangesNothing) {
-    const std::vector<Blob> records = usualRecords(Directory::dataObjects);
-    VirtualCard card = cardWith(Directory::dataObjects, GetParam(), records, 0);
-    VirtualCardChannel channel(card);
-    ISO7816CardOS os(channel);
-    const auto container = makeContainer();
-    container->readFromCard(&os);
-    const ContainerView before = viewOf(*container);
-    // Longer than a record of the linear files may be.
-    const Content content = {.label = std::string(250, 'x')};
-    for (const std::size_t position : {std::size_t{0}, records.size() - 1}) {
-        const auto update = [&] {
-            updateObject(*container, &os, Directory::dataObjects, position, content);
-        };
-        EXPECT_EQ(failureOf(update), (Failure{smartcardId, "not enough memory",
-                                              "PKCS15Container::updateInfo", 0x16A84}));
-    }
-    EXPECT_EQ(difference(viewOf(*container), before), "");
-    EXPECT_EQ(contradiction(*container), "");
-    EXPECT_EQ(
-        looseness(card, absolutePath(directoryFID(Directory::dataObjects)), GetParam(), records),
-        "");
+    for (const std::size_t position : {0u, 3u, 7u})
+        refuse("PKCS15Container::updateInfo", [&](PKCS15Container& container, ISCardOS* os) {
+            updateObject(container, os, kind, position, large_);
+        });
 }
 
 }  // namespace

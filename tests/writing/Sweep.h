@@ -52,7 +52,8 @@ private:
     std::size_t commands_ = 0;
 };
 
-/// Prints what was tried, and fails when that is less than `least`.
+/// Prints what was tried, and fails when that is clearly less than `least`, or than the share of it
+/// that is tried here.
 void report(const std::string& what, const CutPoints& points, std::size_t least);
 
 }  // namespace tovi::test

@@ -31,6 +31,7 @@ ProfileDFHandler::ProfileDFHandler(const Blob&) : state_(std::make_unique<State>
 ProfileDFHandler::~ProfileDFHandler() = default;
 
 void ProfileDFHandler::BeginRound() {}
+std::size_t ProfileDFHandler::RecordCount() const { return 0; }
 void ProfileDFHandler::SetFilePath(const Blob& path, const char*) { state_->path = path; }
 void ProfileDFHandler::ReadFile(ISCardOS*, unsigned char, bool) {
     state_->records = test::handlerScript().files[state_->path];

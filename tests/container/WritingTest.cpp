@@ -295,17 +295,18 @@ TYPED_TEST(WriteEveryKind, WritesAfterClearAndASecondRead) {
     expectLabels<Kind>(*card.again(), {text("one"), text("two"), text("THREE"), text("four")});
 }
 
-// Nothing of the model stands for what the file holds then; the record itself is on the card.
-TYPED_TEST(WriteEveryKind, TellsThatAClearedModelCannotTakeTheRecord) {
+// The file holds records then that the model does not.
+TYPED_TEST(WriteEveryKind, WritesNothingFromAClearedModel) {
     using Kind = TypeParam;
     WrittenCard card(twoRecords<Kind>());
     card->clear();
     auto info = Kind::make("new");
-    EXPECT_EQ(failureOf([&] { Kind::write(*card, card.os(), info); }),
+    ScriptedCardOS os(*card.os());
+    EXPECT_EQ(failureOf([&] { Kind::write(*card, &os, info); }),
               smartcardFailure("encode info failed", writeOperation));
-    EXPECT_EQ(Kind::infos(*card).size(), 0u);
-    EXPECT_EQ(Kind::raws(*card).size(), 0u);
-    expectLabels<Kind>(*card.again(), {text("one"), text("two"), text("new")});
+    EXPECT_EQ(os.calls().size(), 0u);
+    EXPECT_TRUE(card->getFATRecords().empty());
+    expectLabels<Kind>(*card.again(), {text("one"), text("two")});
 }
 
 TYPED_TEST(WriteEveryKind, WritesNothingBehindAReadThatFailed) {
@@ -350,6 +351,20 @@ TEST(WritePublicKeyInfo, HasWrittenTheKeyWhenThePrivateKeyIsMissing) {
     EXPECT_EQ(failureOf([&] { card->writePublicKeyInfo(card.os(), info, 0); }),
               smartcardFailure("invalid object type", "PKCS15Container::refInfo"));
     EXPECT_EQ(card->getPublicKeyInfos().size(), 2u);
+}
+
+// What ref...Info gives stands in the list, which moves when it grows.
+TEST(WritePrivateKeyInfo, TakesAnInfoOfTheListItself) {
+    WrittenCard card(
+        CardBuilder().privateKeys({privateKey({.common = {.label = "twin"}})}).room(900));
+    for (unsigned i = 0; i < 9; ++i) {
+        const std::size_t rows = card->getFATRecords().size();
+        EXPECT_EQ(card->writePrivateKeyInfo(card.os(), card->refPrivateKeyInfo(1)), rows);
+        EXPECT_EQ(card->getPrivateKeyInfo(1).recordNumber, 1u);
+        EXPECT_EQ(card->getPrivateKeyInfos().back().recordNumber, rows);
+    }
+    EXPECT_EQ(PrivateKeyKind::labels(*card), Labels(10, text("twin")));
+    EXPECT_EQ(PrivateKeyKind::labels(*card.again()), Labels(10, text("twin")));
 }
 
 TEST(WritePrivateKeyInfo, LetsTheCodersFailuresThrough) {

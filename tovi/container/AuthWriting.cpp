@@ -1,3 +1,4 @@
+#include "tovi/container/InStep.h"
 #include "tovi/container/WriteProtocol.h"
 #include "tovi/interfaces/PKCS15AuthCT.h"
 
@@ -19,7 +20,7 @@ unsigned long PKCS15Container::writeAuthInfo(ISCardOS* os, const PKCS15ObjectInf
 unsigned long PKCS15Container::writeAuthInfo(ISCardOS* os, const PKCS15ObjectInfo<AuthInfo>& info,
                                              unsigned long index) {
     return translateCardErrors(HERE, bareNoMemoryCode, [&] {
-        if (authInfos.size() != rawAuthObjects.size())
+        if (!inStep(authInfos, rawAuthObjects, aodfHandler))
             throw SmartcardException("encode info failed", HERE);
         PKCS15ObjectInfo<AuthInfo> copy = info;
         makeRoomForOne(authInfos);

@@ -1,3 +1,4 @@
+#include "tovi/container/InStep.h"
 #include "tovi/container/WriteProtocol.h"
 #include "tovi/pkcs15/PKCS15.h"
 
@@ -10,7 +11,7 @@ namespace {
 template <class Raws, class Infos>
 bool deleteRecord(ISCardOS* os, ProfileDFHandler& handler, Raws& raws, Infos& infos,
                   std::size_t position) {
-    if (position >= infos.size() || raws.size() != infos.size()) return false;
+    if (position >= infos.size() || !inStep(infos, raws, handler)) return false;
     if (!handler.DeleteSequence(os, static_cast<unsigned long>(position))) return false;
     deleteObject(raws[position]);
     raws.erase(iteratorAt(raws, position));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <limits>
 #include <utility>
@@ -47,7 +48,15 @@ auto iteratorAt(List& list, std::size_t position) {
     return std::next(list.begin(), static_cast<std::ptrdiff_t>(position));
 }
 
-/// Adds a record to the directory file, a row to the table and `info` to its list.
+/// Whether the element stands in the list itself, as what ref...Info gives does.
+template <class T>
+bool isElementOf(const T& element, const std::vector<T>& list) {
+    const std::less<const T*> before;
+    return !before(&element, list.data()) && before(&element, list.data() + list.size());
+}
+
+/// Adds a record to the directory file, a row to the table and `info` to its list. An `info` of the
+/// list itself, which moves, is left as it is.
 ///
 /// All memory is taken before the card is written to, so that card and model cannot part.
 template <class T>
@@ -55,14 +64,17 @@ unsigned long PKCS15Container::writeInfo(ISCardOS* os, T& info, std::vector<T>& 
                                          unsigned char objectType) {
     constexpr const char* HERE = "PKCS15Container::writeInfo";
     return translateCardErrors(HERE, noMemoryCode, [&] {
+        T copy = info;
+        const bool isOwn = isElementOf(info, infos);
         makeRoomForOne(fatRecords);
         makeRoomForOne(infos);
-        T copy = info;
-        const unsigned long position = encodeInfo(os, info, noIndex);
+        const unsigned long position = encodeInfo(os, copy, noIndex);
         if (position == noIndex) throw SmartcardException("encode info failed", HERE);
-        info.recordNumber = copy.recordNumber = makeFATRecord(objectType, info.isPrivate);
+        const unsigned long recordNumber = makeFATRecord(objectType, copy.isPrivate);
+        copy.recordNumber = recordNumber;
+        if (!isOwn) info.recordNumber = recordNumber;
         infos.insert(iteratorAt(infos, position), std::move(copy));
-        return static_cast<unsigned long>(info.recordNumber);
+        return recordNumber;
     });
 }
 

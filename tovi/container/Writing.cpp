@@ -19,7 +19,7 @@ unsigned long PKCS15Container::writePublicKeyInfo(ISCardOS* os,
     const unsigned long recordNumber = writeInfo(os, info, publicKeyInfos, publicKeyObject);
     if (privateKeyRecordNumber != noPrivateKey)
         refPrivateKeyInfo(privateKeyRecordNumber).auxValue1 =
-            static_cast<std::int64_t>(info.recordNumber);
+            static_cast<std::int64_t>(recordNumber);
     return recordNumber;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -22,6 +23,10 @@ class ISCardOS;
 /// too long for one command may be left as one that does not decode. In a linear file a record is
 /// written by one command, and removed by filling it with 00 (PKCS#15 v1.1, 5.8).
 ///
+/// A change is done, and not reported as failed, once the record stands on the card, even when the
+/// card then refuses to close a gap, which the next write does. The next write also completes a
+/// record that a failing command left incomplete.
+///
 /// Writing throws SmartcardException: "no card"; "no directory file" when none was read to be
 /// written to; "invalid record"; "directory file changed" when the card does not hold what was read
 /// or `index` is behind all records, and nothing is written then; "not enough memory", code
@@ -39,6 +44,10 @@ public:
     /// Forgets all files that were read, and their records. Whoever reads a list of files calls it
     /// before the first one, since the list may have changed since it was read last.
     void BeginRound();
+
+    /// How many records the files of this round hold as indices count them: those that were read
+    /// with their layout, and what was written since.
+    std::size_t RecordCount() const;
 
     /// Names the file that the next ReadFile takes: absolute when `path` begins with 3F00, else
     /// below the application. `name` is a remark for people and may be null.

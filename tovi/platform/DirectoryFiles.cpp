@@ -27,6 +27,12 @@ void DirectoryFiles::beginReading(const Blob& path) {
 
 void DirectoryFiles::add(DirectoryFile file) { files_.push_back(std::move(file)); }
 
+std::size_t DirectoryFiles::count() const {
+    std::size_t count = 0;
+    for (const DirectoryFile& file : files_) count += countedAmong(file.places);
+    return count;
+}
+
 std::optional<DirectoryFiles::Position> DirectoryFiles::find(std::size_t index) const {
     for (std::size_t i = 0; i < files_.size(); ++i) {
         const std::size_t count = countedAmong(files_[i].places);

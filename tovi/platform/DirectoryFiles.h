@@ -30,6 +30,8 @@ public:
     std::vector<DirectoryFile>& files() { return files_; }
     const std::vector<DirectoryFile>& files() const { return files_; }
 
+    /// How many records there are.
+    std::size_t count() const;
     /// Where the record with `index` stands; none when there are not so many records.
     std::optional<Position> find(std::size_t index) const;
     /// The index of the counted record at `position`.

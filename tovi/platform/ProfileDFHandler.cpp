@@ -71,6 +71,8 @@ void ProfileDFHandler::BeginRound() {
     state_->records.clear();
 }
 
+std::size_t ProfileDFHandler::RecordCount() const { return state_->files.count(); }
+
 void ProfileDFHandler::SetFilePath(const Blob& path, const char* /*name*/) {
     state_->path = path.empty() ? Blob() : absolutePath(state_->application, path);
 }

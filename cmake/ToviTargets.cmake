@@ -50,5 +50,11 @@ function(tovi_test name)
   tovi_precompiled(tovi_test_${name} tests
     <gmock/gmock.h> <gtest/gtest.h> <map> <string> <vector> "${PROJECT_SOURCE_DIR}/tovi/container/PKCS15Container.h"
     "${PROJECT_SOURCE_DIR}/tovi/pkcs15/PKCS15.h")
-  gtest_discover_tests(tovi_test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  if(TOVI_SANITIZE)
+    # To start a sanitized process for each test takes longer than the tests do.
+    add_test(NAME ${name} COMMAND tovi_test_${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  else()
+    gtest_discover_tests(tovi_test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  endif()
 endfunction()

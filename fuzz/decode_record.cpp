@@ -1,5 +1,6 @@
-// Whatever decodes must check, print and encode, and its encoding must decode to the same encoding; whatever
-// does not must say why, within the input. The first octet chooses the type, the rest is the record.
+// Whatever decodes must check, print and encode, and its encoding must decode to the same encoding;
+// whatever does not must say why, within the input. The first octet chooses the type, the rest is
+// the record.
 #include <cstddef>
 #include <cstdint>
 

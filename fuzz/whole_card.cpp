@@ -41,7 +41,8 @@ Blob usualODF() {
 tovi::fuzz::ImageCard cardFrom(ASN1::View input) {
     tovi::fuzz::ImageCard card;
     const Blob tokenInfo = nextChunk(input), odf = nextChunk(input);
-    card.files[{0x3F, 0x00, 0x50, 0x15, 0x50, 0x32}] = tokenInfo.empty() ? usualTokenInfo() : tokenInfo;
+    card.files[{0x3F, 0x00, 0x50, 0x15, 0x50, 0x32}] =
+        tokenInfo.empty() ? usualTokenInfo() : tokenInfo;
     card.files[{0x3F, 0x00, 0x50, 0x15, 0x50, 0x31}] = odf.empty() ? usualODF() : odf;
     for (std::uint8_t kind = 0; kind < 9; ++kind)
         card.files[{0x3F, 0x00, 0x50, 0x15, 0x44, static_cast<std::uint8_t>(0x01 + kind)}] =
@@ -64,15 +65,24 @@ bool answers(Lookup lookup, unsigned long recordNumber) {
 void checkLookups(const tovi::PKCS15Container& c) {
     const auto& fat = c.getFATRecords();
     for (unsigned long r = 0; r <= fat.size() && r < 300; ++r) {
-        const int found = answers([&](auto n) -> auto& { return c.getPrivateKeyInfo(n); }, r) +
-                          answers([&](auto n) -> auto& { return c.getPublicKeyInfo(n); }, r) +
-                          answers([&](auto n) -> auto& { return c.getTrustedPublicKeyInfo(n); }, r) +
-                          answers([&](auto n) -> auto& { return c.getBlockCipherKeyInfo(n); }, r) +
-                          answers([&](auto n) -> auto& { return c.getCertificateInfo(n); }, r) +
-                          answers([&](auto n) -> auto& { return c.getTrustedCertificateInfo(n); }, r) +
-                          answers([&](auto n) -> auto& { return c.getUsefulCertificateInfo(n); }, r) +
-                          answers([&](auto n) -> auto& { return c.getDataInfo(n); }, r) +
-                          answers([&](auto n) -> auto& { return c.getContainerInfo(n); }, r);
+        const int found = answers(
+                              [&](auto n) -> auto& { return c.getPrivateKeyInfo(n); }, r) +
+                          answers(
+                              [&](auto n) -> auto& { return c.getPublicKeyInfo(n); }, r) +
+                          answers(
+                              [&](auto n) -> auto& { return c.getTrustedPublicKeyInfo(n); }, r) +
+                          answers(
+                              [&](auto n) -> auto& { return c.getBlockCipherKeyInfo(n); }, r) +
+                          answers(
+                              [&](auto n) -> auto& { return c.getCertificateInfo(n); }, r) +
+                          answers(
+                              [&](auto n) -> auto& { return c.getTrustedCertificateInfo(n); }, r) +
+                          answers(
+                              [&](auto n) -> auto& { return c.getUsefulCertificateInfo(n); }, r) +
+                          answers(
+                              [&](auto n) -> auto& { return c.getDataInfo(n); }, r) +
+                          answers(
+                              [&](auto n) -> auto& { return c.getContainerInfo(n); }, r);
         const bool named = r < fat.size() && fat[r].objectType != tovi::tokenInfoObject &&
                            fat[r].objectType != tovi::unrecognisedObjectType;
         require(found == (named ? 1 : 0));
@@ -91,15 +101,15 @@ void checkPositions(const tovi::PKCS15Container& c) {
         require(infos.size() == raws.size());
         return infos.size();
     };
-    const std::size_t rows = 1 + sameSize(c.getPrivateKeyInfos(), c.getRawPrivateKeys()) +
-                             sameSize(c.getPublicKeyInfos(), c.getRawPublicKeys()) +
-                             sameSize(c.getTrustedPublicKeyInfos(), c.getRawTrustedPublicKeys()) +
-                             sameSize(c.getBlockCipherKeyInfos(), c.getRawSecretKeys()) +
-                             sameSize(c.getCertificateInfos(), c.getRawCertificates()) +
-                             sameSize(c.getTrustedCertificateInfos(), c.getRawTrustedCertificates()) +
-                             sameSize(c.getUsefulCertificateInfos(), c.getRawUsefulCertificates()) +
-                             sameSize(c.getDataInfos(), c.getRawDataObjects()) +
-                             c.getContainerInfos().size();
+    const std::size_t rows =
+        1 + sameSize(c.getPrivateKeyInfos(), c.getRawPrivateKeys()) +
+        sameSize(c.getPublicKeyInfos(), c.getRawPublicKeys()) +
+        sameSize(c.getTrustedPublicKeyInfos(), c.getRawTrustedPublicKeys()) +
+        sameSize(c.getBlockCipherKeyInfos(), c.getRawSecretKeys()) +
+        sameSize(c.getCertificateInfos(), c.getRawCertificates()) +
+        sameSize(c.getTrustedCertificateInfos(), c.getRawTrustedCertificates()) +
+        sameSize(c.getUsefulCertificateInfos(), c.getRawUsefulCertificates()) +
+        sameSize(c.getDataInfos(), c.getRawDataObjects()) + c.getContainerInfos().size();
     require(c.getFATRecords().size() == rows);
     sameSize(c.getAuthInfos(), c.getRawAuthObjects());
 }

@@ -48,7 +48,8 @@ void findTokenInfoCount(const ApplicationFile& file, Findings& findings);
 
 /// unsupported-record: a value of its type that the model has no object for.
 void findUnsupported(const PKCS15Container& model, Findings& findings);
-/// skipped-entry: an entry of EF(ODF) that names no file, such as one that holds its objects itself.
+/// skipped-entry: an entry of EF(ODF) that names no file, such as one that holds its objects
+/// itself.
 void findSkippedFiles(const PKCS15Container& model, Findings& findings);
 /// dangling-auth-id: authId, or the authKeyId of an authentication key, that names nothing.
 void findDanglingAuthIds(const PKCS15Container& model, Findings& findings);

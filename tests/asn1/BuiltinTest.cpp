@@ -11,12 +11,15 @@ namespace {
 using namespace asn1test;
 
 const ASN1::Type* const types[] = {
-    &ASN1::booleanType,         &ASN1::integerType,          &ASN1::bitStringType,
-    &ASN1::octetStringType,     &ASN1::nullType,             &ASN1::objectIdentifierType,
-    &ASN1::utf8StringType,      &ASN1::printableStringType,  &ASN1::ia5StringType,
-    &ASN1::generalizedTimeType, &ASN1::openType,             &Colour::type,
-    &Flags::type,               &Point::type,                &Shape::type,
-    &Number::type,              &Strict::type,
+    &ASN1::booleanType,    &ASN1::integerType,
+    &ASN1::bitStringType,  &ASN1::octetStringType,
+    &ASN1::nullType,       &ASN1::objectIdentifierType,
+    &ASN1::utf8StringType, &ASN1::printableStringType,
+    &ASN1::ia5StringType,  &ASN1::generalizedTimeType,
+    &ASN1::openType,       &Colour::type,
+    &Flags::type,          &Point::type,
+    &Shape::type,          &Number::type,
+    &Strict::type,
 };
 
 const ASN1::Type& typeNamed(const std::string& name) {
@@ -30,8 +33,7 @@ class BER : public testing::TestWithParam<Case> {};
 
 TEST_P(BER, IsReadAsTheRowSays) { check(GetParam(), typeNamed(GetParam().type)); }
 
-INSTANTIATE_TEST_SUITE_P(Values, BER, testing::ValuesIn(readCases("ber-cases.txt")),
-                         caseName);
+INSTANTIATE_TEST_SUITE_P(Values, BER, testing::ValuesIn(readCases("ber-cases.txt")), caseName);
 INSTANTIATE_TEST_SUITE_P(Structures, BER, testing::ValuesIn(readCases("structure-cases.txt")),
                          caseName);
 

@@ -11,13 +11,20 @@ namespace asn1test {
 namespace {
 
 void setField(Case& c, const std::string& key, const std::string& value) {
-    if (key == "type") c.type = value;
-    else if (key == "octets") c.octets = hex(value);
-    else if (key == "value") c.value = value;
-    else if (key == "again") c.again = hex(value);
-    else if (key == "valid") c.isValid = value != "no";
-    else if (key == "error") c.error = value;
-    else throw std::runtime_error("unknown field " + key);
+    if (key == "type")
+        c.type = value;
+    else if (key == "octets")
+        c.octets = hex(value);
+    else if (key == "value")
+        c.value = value;
+    else if (key == "again")
+        c.again = hex(value);
+    else if (key == "valid")
+        c.isValid = value != "no";
+    else if (key == "error")
+        c.error = value;
+    else
+        throw std::runtime_error("unknown field " + key);
 }
 
 void readLine(std::vector<Case>& cases, bool& fresh, const std::string& line) {
@@ -30,8 +37,7 @@ void readLine(std::vector<Case>& cases, bool& fresh, const std::string& line) {
     } else {
         const std::size_t equals = line.find('=');
         if (cases.empty() || equals == std::string::npos) throw std::runtime_error("no field");
-        setField(cases.back(), collapse(line.substr(0, equals)),
-                 collapse(line.substr(equals + 1)));
+        setField(cases.back(), collapse(line.substr(0, equals)), collapse(line.substr(equals + 1)));
     }
 }
 

@@ -33,7 +33,8 @@ struct Case {
     friend std::ostream& operator<<(std::ostream& out, const Case& c) { return out << c.about; }
 };
 
-/// All cases of the file below the test data; throws std::runtime_error with the line that cannot be read.
+/// All cases of the file below the test data; throws std::runtime_error with the line that cannot
+/// be read.
 std::vector<Case> readCases(const std::string& file);
 
 /// Decodes the octets and expects what the case says.

@@ -20,7 +20,8 @@ TEST(Error, SaysWhereWhatWasFoundAndWhatWasExpected) {
 }
 
 TEST(Error, NamesTheTagThatWasExpected) {
-    EXPECT_EQ(refusal<Number>("30 80"), "Number: content runs past the end of the data, at octet 2");
+    EXPECT_EQ(refusal<Number>("30 80"),
+              "Number: content runs past the end of the data, at octet 2");
     EXPECT_EQ(refusal<Strict>("30 03 30 01 00"),
               "Strict.colour: found SEQUENCE, expected ENUMERATED, at octet 2");
 }

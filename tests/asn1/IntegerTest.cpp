@@ -16,9 +16,15 @@ TEST(Integer, IsZeroAtFirst) {
 
 TEST(Integer, HoldsNumbersInTheFewestOctets) {
     const std::pair<std::int64_t, Octets> cases[] = {
-        {0, {0x00}},          {127, {0x7F}},           {128, {0x00, 0x80}},
-        {255, {0x00, 0xFF}},  {256, {0x01, 0x00}},     {-1, {0xFF}},
-        {-128, {0x80}},       {-129, {0xFF, 0x7F}},    {2048, {0x08, 0x00}},
+        {0, {0x00}},
+        {127, {0x7F}},
+        {128, {0x00, 0x80}},
+        {255, {0x00, 0xFF}},
+        {256, {0x01, 0x00}},
+        {-1, {0xFF}},
+        {-128, {0x80}},
+        {-129, {0xFF, 0x7F}},
+        {2048, {0x08, 0x00}},
         {std::numeric_limits<std::int64_t>::min(), {0x80, 0, 0, 0, 0, 0, 0, 0}},
     };
     for (const auto& [number, octets] : cases) {

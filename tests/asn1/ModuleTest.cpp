@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/asn1/TestSchema.h"
-#include "tovi/asn1/CoderEnv.h"
 #include "tests/asn1/TestTools.h"
+#include "tovi/asn1/CoderEnv.h"
 
 namespace {
 

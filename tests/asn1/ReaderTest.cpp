@@ -31,8 +31,10 @@ TEST(Reader, KnowsAllClassesAndLongTags) {
     const Octets octets = hex("41 00 9F 1F 00 DF 81 00 00 7F 49 00");
     Error error;
     Reader reader(octets, error);
-    const ASN1::Tag expected[] = {ASN1::application(1), ASN1::context(31),
-                                  {ASN1::Tag::privateUse, 128}, ASN1::application(73)};
+    const ASN1::Tag expected[] = {ASN1::application(1),
+                                  ASN1::context(31),
+                                  {ASN1::Tag::privateUse, 128},
+                                  ASN1::application(73)};
     Element element;
     for (ASN1::Tag tag : expected) {
         ASSERT_TRUE(reader.next(element));

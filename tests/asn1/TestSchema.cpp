@@ -7,8 +7,7 @@ using ASN1::Member, ASN1::NamedNumber, ASN1::Type;
 
 namespace {
 
-constexpr NamedNumber colours[] = {
-    {"red", 0}, {"green", 1}, {"...", ASN1::noNumber}, {"blue", 2}};
+constexpr NamedNumber colours[] = {{"red", 0}, {"green", 1}, {"...", ASN1::noNumber}, {"blue", 2}};
 constexpr NamedNumber flagBits[] = {{"up", 0}, {"down", 1}, {"deep", 9}};
 
 constexpr bool yes() { return true; }

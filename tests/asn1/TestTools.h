@@ -73,8 +73,10 @@ inline std::string collapse(std::string_view text) {
     std::string result;
     for (char c : text) {
         const bool blank = c == ' ' || c == '\n';
-        if (!blank) result += c;
-        else if (!result.empty() && result.back() != ' ') result += ' ';
+        if (!blank)
+            result += c;
+        else if (!result.empty() && result.back() != ' ')
+            result += ' ';
     }
     while (!result.empty() && result.back() == ' ') result.pop_back();
     return result;

@@ -38,7 +38,9 @@ TEST(Unknown, StayInPlaceWhenMembersComeAndGo) {
     auto point = decoded<Point>(between);
     point.y = 5;
     point.name = "P";
-    EXPECT_EQ(encoded(point), "300F02010702010580015" "08901AA810100");
+    EXPECT_EQ(encoded(point),
+              "300F02010702010580015"
+              "08901AA810100");
     point.later.reset();
     EXPECT_EQ(encoded(point), "300C0201070201058001508901AA");
 }
@@ -47,7 +49,9 @@ TEST(Unknown, FollowMembersThatComeBehindThem) {
     auto point = decoded<Point>("30 06 02 01 07 89 01 AA");
     point.last = Octets{1};
     point.later = false;
-    EXPECT_EQ(encoded(point), "300E020107810100A203040101" "8901AA");
+    EXPECT_EQ(encoded(point),
+              "300E020107810100A203040101"
+              "8901AA");
 }
 
 TEST(Unknown, SurviveAClone) {

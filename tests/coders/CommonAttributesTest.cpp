@@ -56,7 +56,10 @@ TYPED_TEST(GetPKCS15Attributes, SetsBothAttributesAndNoOthersWhateverTheFlags) {
 }
 
 TYPED_TEST(GetPKCS15Attributes, TakesEachFlagFromItsBit) {
-    struct Case { Blob flags; bool isPrivate, isModifiable; };
+    struct Case {
+        Blob flags;
+        bool isPrivate, isModifiable;
+    };
     const Case cases[] = {{bitString({0xC0}, 6), true, true},
                           {bitString({0x80}, 6), true, false},
                           {bitString({0x40}, 6), false, true},
@@ -165,14 +168,12 @@ protected:
     }
 };
 
-using ValueTypes =
-    testing::Types<PKCS15::ObjectValue<ASN1::OpenData>,
-                   PKCS15::ObjectValue<PKCS15::RSAPublicKeyChoice>,
-                   PKCS15::ObjectValue<PKCS15::ECPublicKeyChoice>,
-                   PKCS15::ObjectValue<PKCS15::DSAPublicKeyChoice>,
-                   PKCS15::ObjectValue<PKCS15::DHPublicKeyChoice>,
-                   PKCS15::ObjectValue<PKCS15::RSAPrivateKeyObject>,
-                   PKCS15::ObjectValue<ASN1::INTEGER>, PKCS15::ObjectValue<ASN1::OCTET_STRING>>;
+using ValueTypes = testing::Types<
+    PKCS15::ObjectValue<ASN1::OpenData>, PKCS15::ObjectValue<PKCS15::RSAPublicKeyChoice>,
+    PKCS15::ObjectValue<PKCS15::ECPublicKeyChoice>, PKCS15::ObjectValue<PKCS15::DSAPublicKeyChoice>,
+    PKCS15::ObjectValue<PKCS15::DHPublicKeyChoice>,
+    PKCS15::ObjectValue<PKCS15::RSAPrivateKeyObject>, PKCS15::ObjectValue<ASN1::INTEGER>,
+    PKCS15::ObjectValue<ASN1::OCTET_STRING>>;
 TYPED_TEST_SUITE(GetPKCS15Path, ValueTypes);
 
 TYPED_TEST(GetPKCS15Path, TakesPathIndexAndLength) {
@@ -221,8 +222,7 @@ TYPED_TEST(GetPKCS15Path, LeavesNoPathForAValueThatWasNeverSet) {
 
 TEST(GetPKCS15PathOfDirectValues, LeavesNoPath) {
     PKCS15Path result = {{0x01, 0x02}, 3, 4};
-    getPKCS15Path(result,
-                  decoded<PKCS15::ObjectValue<ASN1::INTEGER>>(context(0, integer(0x1234))));
+    getPKCS15Path(result, decoded<PKCS15::ObjectValue<ASN1::INTEGER>>(context(0, integer(0x1234))));
     EXPECT_TRUE(result.path.empty());
     EXPECT_EQ(result.index, 0);
     EXPECT_EQ(result.length, 0);

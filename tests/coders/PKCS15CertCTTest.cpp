@@ -119,10 +119,9 @@ TYPED_TEST(DecodeCertificate, ReportsAnUnacceptableAccessControlPartAndFillsTheI
 std::uint64_t usageOf(const Blob& trustedUsageElement) {
     CertificateInfo info;
     info.trustedUsage = 5;
-    PKCS15CertCT::decodeTrustedUsage(
-        decoded<PKCS15::CommonCertificateAttributes>(
-            sequence(octetString({0x45}), trustedUsageElement)),
-        info);
+    PKCS15CertCT::decodeTrustedUsage(decoded<PKCS15::CommonCertificateAttributes>(
+                                         sequence(octetString({0x45}), trustedUsageElement)),
+                                     info);
     return info.trustedUsage;
 }
 

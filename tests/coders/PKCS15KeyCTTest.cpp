@@ -181,12 +181,12 @@ TYPED_TEST(DecodeKey, LeavesTheInfoUntouchedForOtherAlternatives) {
 
 TYPED_TEST(DecodeKey, DoesNotReadWhatTheInfoHasNoPlaceFor) {
     // accessFlags, startDate and endDate of the class attributes (PKCS#15 v1.1, 6.1.9).
-    const Blob record = element(
-        0x30, join({sequence(),
-                    sequence(octetString({0x45}), namedBits({2}), namedBits({0, 4}),
-                             element(0x18, text("20250101000000Z")),
-                             contextPrimitive(0, text("20300101000000Z"))),
-                    context(1, sequence(path("4B01"), integer(1024)))}));
+    const Blob record =
+        element(0x30, join({sequence(),
+                            sequence(octetString({0x45}), namedBits({2}), namedBits({0, 4}),
+                                     element(0x18, text("20250101000000Z")),
+                                     contextPrimitive(0, text("20300101000000Z"))),
+                            context(1, sequence(path("4B01"), integer(1024)))}));
     typename TestFixture::Info info;
     EXPECT_EQ(TypeParam::decode(record, info), std::optional(true));
     EXPECT_EQ(info.id, Blob{0x45});
@@ -196,7 +196,10 @@ TYPED_TEST(DecodeKey, DoesNotReadWhatTheInfoHasNoPlaceFor) {
 }
 
 TEST(DecodePublicKey, LeavesNoPathForAKeyThatStandsInTheRecord) {
-    struct Case { Key type; Blob raw; };
+    struct Case {
+        Key type;
+        Blob raw;
+    };
     const Case cases[] = {{Key::rsa, sequence(integer(197), integer(3))},
                           {Key::ec, octetString(hex("0304AABB"))},
                           {Key::dh, integer(0x1234)},

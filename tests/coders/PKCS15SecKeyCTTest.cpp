@@ -58,9 +58,7 @@ TEST(DecodeSecretKey, LabelsAKeyByItsKind) {
     EXPECT_EQ(infoOf({.type = SecretKey::des3}).label, text("des3Key"));
 }
 
-TEST(DecodeSecretKey, DoesNotReadNative) {
-    EXPECT_FALSE(infoOf({.native = true}).native);
-}
+TEST(DecodeSecretKey, DoesNotReadNative) { EXPECT_FALSE(infoOf({.native = true}).native); }
 
 TEST(DecodeSecretKey, TakesTheLowSixteenBitsOfAKeyReference) {
     EXPECT_EQ(infoOf({.keyReference = 0x10005}).reference, 5);
@@ -79,7 +77,10 @@ TEST(DecodeSecretKey, LeavesNoPathForAKeyThatStandsInTheRecord) {
 // ---- length and name ----
 
 TEST(DecodeSecretKey, RoundsBitsUpToOctets) {
-    struct Case { std::int64_t bits; std::uint64_t octets; };
+    struct Case {
+        std::int64_t bits;
+        std::uint64_t octets;
+    };
     for (const Case& each : {Case{1, 1}, Case{8, 1}, Case{9, 2}, Case{56, 7}, Case{64, 8},
                              Case{65, 9}, Case{128, 16}, Case{256, 32}})
         EXPECT_EQ(infoOf({.keyLen = each.bits}).keyLength, each.octets) << each.bits;
@@ -154,10 +155,10 @@ TEST(DecodeSecretKey, ReportsAnUnacceptableAccessControlPartAndFillsTheInfoAllTh
     for (const SecretKey type :
          {SecretKey::generic, SecretKey::des, SecretKey::des2, SecretKey::des3}) {
         Info info;
-        EXPECT_EQ(decode(secretKey({.type = type,
-                                    .common = {.accessControlRules = unacceptableRules()}}),
-                         info),
-                  std::optional(false));
+        EXPECT_EQ(
+            decode(secretKey({.type = type, .common = {.accessControlRules = unacceptableRules()}}),
+                   info),
+            std::optional(false));
         EXPECT_EQ(info.fid, 0x4C01u);
     }
 }
@@ -168,8 +169,7 @@ Info decodedAs(const char* choiceName, const char* algorithmName, Info info,
                const SecretKeyRecord& key = {}) {
     const auto record = decoded<PKCS15::SecretKeyType>(secretKey(key));
     const auto* object = record.getIf<PKCS15::SecretKeyType::genericSecretKey>();
-    EXPECT_TRUE(
-        PKCS15SecKeyCT::decodeBlockCipherKeyInfo(choiceName, algorithmName, info, *object));
+    EXPECT_TRUE(PKCS15SecKeyCT::decodeBlockCipherKeyInfo(choiceName, algorithmName, info, *object));
     return info;
 }
 

@@ -34,10 +34,9 @@ TEST(InitCertificateInfos, DecodesEveryKindAlike) {
                                      .trustedUsage = trustedUsage({smartcardLogon()}),
                                      .value = path("4D07"),
                                      .serialNumber = integer(0x1234)});
-    const auto container = containerOf(CardBuilder()
-                                           .certificates({record})
-                                           .usefulCertificates({record})
-                                           .trustedCertificates({record}));
+    const auto container = containerOf(
+        CardBuilder().certificates({record}).usefulCertificates({record}).trustedCertificates(
+            {record}));
     const auto expectDecoded = [](const auto& info) {
         EXPECT_EQ(info.label, text("mail"));
         EXPECT_EQ(info.id, hex("4546"));
@@ -67,14 +66,15 @@ TEST(InitCertificateInfos, LabelsCertificatesByTheirKind) {
 }
 
 TEST(InitCertificateInfos, KeepsThePlacesOfBadRecordsInEveryList) {
-    const std::vector<Blob> records = {
-        certificate({.type = Certificate::spki}), certificate({.type = Certificate::cv}),
-        retagged(0xA9, certificate()), undecodable(), certificate({.id = times(256, 1)}),
-        certificate()};
-    const auto container = containerOf(CardBuilder()
-                                           .certificates(records)
-                                           .usefulCertificates(records)
-                                           .trustedCertificates(records));
+    const std::vector<Blob> records = {certificate({.type = Certificate::spki}),
+                                       certificate({.type = Certificate::cv}),
+                                       retagged(0xA9, certificate()),
+                                       undecodable(),
+                                       certificate({.id = times(256, 1)}),
+                                       certificate()};
+    const auto container = containerOf(
+        CardBuilder().certificates(records).usefulCertificates(records).trustedCertificates(
+            records));
     for (std::size_t i = 0; i < 5; ++i) {
         expectPlaceholder(container->getCertificateInfos().at(i));
         expectPlaceholder(container->getUsefulCertificateInfos().at(i));

@@ -7,10 +7,10 @@ namespace tovi::test {
 namespace {
 
 TEST(InitDataInfos, DecodesAnOpaqueObject) {
-    const auto container = containerOf(CardBuilder().dataObjects({dataRecord(
-        {.common = {.label = "notes", .flags = namedBits({0, 1}), .authId = Blob{0x01}},
-         .applicationName = "tovi",
-         .value = path("4E07", 16, 32)})}));
+    const auto container = containerOf(CardBuilder().dataObjects(
+        {dataRecord({.common = {.label = "notes", .flags = namedBits({0, 1}), .authId = Blob{0x01}},
+                     .applicationName = "tovi",
+                     .value = path("4E07", 16, 32)})}));
     const auto& info = container->getDataInfo(1);
     EXPECT_EQ(info.label, text("notes"));
     EXPECT_EQ(info.applicationName, text("tovi"));

@@ -2,12 +2,12 @@
 
 #include <cstddef>
 
-/// Replaces operator new of the executable that FailingAllocations.cpp is linked into: it can fail at
-/// any allocation, and counts the blocks that are out.
+/// Replaces operator new of the executable that FailingAllocations.cpp is linked into: it can fail
+/// at any allocation, and counts the blocks that are out.
 namespace tovi::test {
 
-/// Makes allocation number `index` of this thread fail, counted from 0, and every later one too when
-/// `forGood`, for as long as the object lives.
+/// Makes allocation number `index` of this thread fail, counted from 0, and every later one too
+/// when `forGood`, for as long as the object lives.
 class FailingAllocations {
 public:
     enum class Extent { once, forGood };

@@ -137,13 +137,20 @@ CardBuilder oneFileForEachKind() {
 
 TEST(GetFreeFID, SearchesTheObjectsOfTheTypeAskedForAndNoOthers) {
     const auto container = containerOf(oneFileForEachKind());
-    struct Case { unsigned char type; std::uint16_t used; };
-    const Case cases[] = {
-        {privateKeyObject, 0x6001},       {publicKeyObject, 0x6002},
-        {certificateObject, 0x6003},      {dataObject, 0x6004},
-        {secretKeyObject, 0x6007},        {trustedPublicKeyObject, 0x6012},
-        {trustedCertificateObject, 0x6013}, {usefulCertificateObject, 0x6023},
-        {authObject, 0x60FE},             {authObjectAlternate, 0x60FE}};
+    struct Case {
+        unsigned char type;
+        std::uint16_t used;
+    };
+    const Case cases[] = {{privateKeyObject, 0x6001},
+                          {publicKeyObject, 0x6002},
+                          {certificateObject, 0x6003},
+                          {dataObject, 0x6004},
+                          {secretKeyObject, 0x6007},
+                          {trustedPublicKeyObject, 0x6012},
+                          {trustedCertificateObject, 0x6013},
+                          {usefulCertificateObject, 0x6023},
+                          {authObject, 0x60FE},
+                          {authObjectAlternate, 0x60FE}};
     for (const Case& asked : cases)
         for (const Case& other : cases) {
             const bool isOwn = asked.used == other.used;

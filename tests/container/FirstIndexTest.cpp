@@ -66,7 +66,8 @@ TEST(FirstIndex, AgreesWithASearchFromTheFront) {
     std::uint32_t state = 1;
     for (int i = 0; i < 500; ++i) {
         state = state * 1103515245 + 12345;
-        keys.emplace_back().id = Blob((state >> 16) % 3, static_cast<std::uint8_t>(state >> 24 & 7));
+        keys.emplace_back().id =
+            Blob((state >> 16) % 3, static_cast<std::uint8_t>(state >> 24 & 7));
     }
     const IndexById index(keys);
     for (std::size_t length = 0; length <= 3; ++length)

@@ -71,13 +71,18 @@ TEST(InitPrivateKeyInfos, KeepsThePlaceOfAKeyOfALaterVersion) {
 }
 
 TEST(InitPrivateKeyInfos, TakesARowWithThePrivateFlagOfTheKey) {
-    const auto container = containerOf(
-        CardBuilder().privateKeys({privateKey({.common = {.flags = namedBits({0})}})}));
+    const auto container =
+        containerOf(CardBuilder().privateKeys({privateKey({.common = {.flags = namedBits({0})}})}));
     EXPECT_EQ(container->getFATRecords()[1], (FATInfo{1, 1, 1, 1}));
 }
 
 TEST(InitPrivateKeyInfos, DecodesEveryKindOfKey) {
-    struct Case { Key type; const char* label; std::uint64_t keyType; std::uint16_t modulusLength; };
+    struct Case {
+        Key type;
+        const char* label;
+        std::uint64_t keyType;
+        std::uint16_t modulusLength;
+    };
     const Case cases[] = {{Key::rsa, "privateRSAKey", CKK_RSA, 1024},
                           {Key::ec, "privateECKey", CKK_EC, noModulusLength},
                           {Key::dh, "privateDHKey", CKK_DH, noModulusLength},
@@ -127,7 +132,12 @@ TEST(InitPublicKeyInfos, DecodesAllPublicKeysBeforeTheTrustedOnes) {
 }
 
 TEST(InitPublicKeyInfos, DecodesEveryKindOfKeyInBothLists) {
-    struct Case { Key type; const char* label; std::uint64_t keyType; std::uint16_t modulusLength; };
+    struct Case {
+        Key type;
+        const char* label;
+        std::uint64_t keyType;
+        std::uint16_t modulusLength;
+    };
     const Case cases[] = {{Key::rsa, "publicRSAKey", CKK_RSA, 1024},
                           {Key::ec, "publicECKey", CKK_EC, noModulusLength},
                           {Key::dh, "publicDHKey", CKK_DH, noModulusLength},

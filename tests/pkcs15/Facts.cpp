@@ -191,9 +191,8 @@ json factsOf(const UnusedSpace& space) {
 }
 
 json factsOf(const DIRRecord& record) {
-    json out = {{"alternative", "DIRRecord"},
-                {"aid", toHex(record.aid)},
-                {"path", toHex(record.path)}};
+    json out = {
+        {"alternative", "DIRRecord"}, {"aid", toHex(record.aid)}, {"path", toHex(record.path)}};
     addText(out, "label", record.label);
     if (record.ddo) out["ddo"]["oid"] = record.ddo->oid.toString();
     return out;

@@ -6,8 +6,8 @@
 
 namespace pkcs15test {
 
-/// What is in a decoded directory record, in the form of the facts under tests/data/vectors: only what is
-/// there, bit strings as octets and numbers, and octets in hex.
+/// What is in a decoded directory record, in the form of the facts under tests/data/vectors: only
+/// what is there, bit strings as octets and numbers, and octets in hex.
 nlohmann::json facts(const ASN1::AbstractData& record);
 
 }  // namespace pkcs15test

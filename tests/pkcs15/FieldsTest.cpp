@@ -138,9 +138,17 @@ TEST(Setters, WriteNativeFalseAndKeyReference) {
     attributes.iD = Octets{0x45};
     attributes.set_native(false);
     attributes.set_keyReference(0);
-    EXPECT_EQ(encoded(attributes), "300C040145" "030100" "010100" "020100");
+    EXPECT_EQ(encoded(attributes),
+              "300C040145"
+              "030100"
+              "010100"
+              "020100");
     attributes.set_native(true);
-    EXPECT_EQ(encoded(attributes), "3009040145" "030100" "020100") << "TRUE is the default";
+    EXPECT_EQ(encoded(attributes),
+              "3009040145"
+              "030100"
+              "020100")
+        << "TRUE is the default";
 }
 
 TEST(FreshValues, OfATokenInfoAlgorithmAreValid) {
@@ -177,7 +185,11 @@ TEST(FreshValues, OfAnOidDOReplaceAnotherForm) {
 TEST(FreshValues, OfAnAlgorithmReferenceReplaceAnotherForm) {
     auto info = decoded<AlgorithmInfo>("30 0E 81 04 01 02 03 04 02 01 01 05 00 03 01 00");
     info.reference = 5;
-    EXPECT_EQ(encoded(info), "300B020105" "020101" "0500" "030100");
+    EXPECT_EQ(encoded(info),
+              "300B020105"
+              "020101"
+              "0500"
+              "030100");
 }
 
 TEST(FilePath, IsThatOfAnEntryByPath) {

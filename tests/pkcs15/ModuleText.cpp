@@ -54,7 +54,8 @@ std::string replaceWord(const std::string& text, const std::string& word, const 
 std::string tidy(std::string text) {
     text = collapse(text);
     text = replaceAll(text, R"(\( ?CONSTRAINED BY \{[^}]*\} ?\))", "");
-    text = replaceAll(text, R"(\( ?WITH COMPONENTS \{[^}]*\}( \| WITH COMPONENTS \{[^}]*\})* ?\))", "");
+    text = replaceAll(text, R"(\( ?WITH COMPONENTS \{[^}]*\}( \| WITH COMPONENTS \{[^}]*\})* ?\))",
+                      "");
     text = replaceAll(text, R"( ?([{}(),]) ?)", "$1");
     return collapse(text);
 }
@@ -98,7 +99,8 @@ void ModuleText::readAssignments(const std::string& text) {
     // A type begins with a capital and is no information object class.
     const std::regex row(R"((?:^|\n)([A-Z][\w-]*)\s*(\{[^}=]*\})?\s*::=\s*)");
     for (std::sregex_iterator at(text.begin(), text.end(), row), end; at != end; ++at) {
-        const std::string body = bodyOf(text.substr(static_cast<std::size_t>(at->position() + at->length())));
+        const std::string body =
+            bodyOf(text.substr(static_cast<std::size_t>(at->position() + at->length())));
         if (body.starts_with("CLASS") || body.starts_with("TYPE-IDENTIFIER")) continue;
         typeNames_.push_back((*at)[1]);
         Assignment& assignment = assignments_[typeNames_.back()];
@@ -166,8 +168,9 @@ std::string ModuleText::assignment(const ASN1::Type& type) const {
     std::string body = found.body;
     if (!type.parameters.empty()) {
         for (std::size_t i = 0; i < found.parameters.size(); ++i)
-            body = replaceWord(body, found.parameters[i], std::string(type.parameters[i]->name) +
-                                                              "\x01" + std::to_string(i) + "\x01");
+            body = replaceWord(
+                body, found.parameters[i],
+                std::string(type.parameters[i]->name) + "\x01" + std::to_string(i) + "\x01");
         for (std::size_t i = 0; i < found.parameters.size(); ++i) {
             // Parameters that have parameters of their own print with them.
             std::string full = ASN1::notation(*type.parameters[i]);

@@ -11,10 +11,11 @@ namespace pkcs15test {
 
 /// The text of the module PKCS-15, cut into its assignments, in a form to compare tables with.
 ///
-/// Normalized notation has single blanks, numbers for named bounds, no informal constraints, and expanded
-/// abbreviations: `ECPrivateKey` is INTEGER, `PrivateKeyObject {X}` is the PKCS15Object it stands for. Open
-/// types and imported types that are kept as they came are ANY. Where the C++ side departs in name or order
-/// (Path.efidOrPath, the order of ReferencedValue) it is changed to what C++ has.
+/// Normalized notation has single blanks, numbers for named bounds, no informal constraints, and
+/// expanded abbreviations: `ECPrivateKey` is INTEGER, `PrivateKeyObject {X}` is the PKCS15Object it
+/// stands for. Open types and imported types that are kept as they came are ANY. Where the C++ side
+/// departs in name or order (Path.efidOrPath, the order of ReferencedValue) it is changed to what
+/// C++ has.
 class ModuleText {
 public:
     explicit ModuleText(const std::string& file);
@@ -25,7 +26,8 @@ public:
     /// Whether the name only stands for another type, which has no table of its own.
     bool isAbbreviation(const std::string& name) const;
     std::string normalized(const std::string& notation) const;
-    /// The normalized assignment of the type, with the type's parameters in place of the formal ones.
+    /// The normalized assignment of the type, with the type's parameters in place of the formal
+    /// ones.
     std::string assignment(const ASN1::Type& type) const;
 
 private:

@@ -24,8 +24,8 @@ const ASN1::Type* typeNamed(const std::string& name) {
 /// What the records of a kind of file are.
 const ASN1::Type* typeOfFile(const std::string& kind) {
     static const std::pair<const char*, const char*> types[] = {
-        {"ODF", "PKCS15Objects"},  {"PrKDF", "PrivateKeyType"},   {"PuKDF", "PublicKeyType"},
-        {"CDF", "CertificateType"}, {"DODF", "DataType"},         {"AODF", "AuthenticationType"},
+        {"ODF", "PKCS15Objects"},   {"PrKDF", "PrivateKeyType"},    {"PuKDF", "PublicKeyType"},
+        {"CDF", "CertificateType"}, {"DODF", "DataType"},           {"AODF", "AuthenticationType"},
         {"TokenInfo", "TokenInfo"}, {"UnusedSpace", "UnusedSpace"}, {"DIR", "DIRRecord"},
     };
     for (const auto& [file, type] : types)
@@ -72,8 +72,8 @@ std::vector<Vector> readVectors() {
         std::filesystem::path octets = entry.path();
         octets.replace_extension(".hex");
         const auto facts = nlohmann::json::parse(contentOf(entry.path()));
-        vectors.push_back({facts.at("name"), typeOfFile(facts.at("kind")),
-                           hex(contentOf(octets)), facts});
+        vectors.push_back(
+            {facts.at("name"), typeOfFile(facts.at("kind")), hex(contentOf(octets)), facts});
     }
     std::ranges::sort(vectors, {}, &Vector::name);
     return vectors;

@@ -70,6 +70,7 @@ TEST_P(SampleRecord, ReadsTheSameWithIndefiniteLengths) {
     EXPECT_EQ(toHex(ASN1::encode(value)), toHex(sample.octets));
 }
 
-INSTANTIATE_TEST_SUITE_P(PKCS15, SampleRecord, testing::ValuesIn(pkcs15test::readSamples()), nameOf);
+INSTANTIATE_TEST_SUITE_P(PKCS15, SampleRecord, testing::ValuesIn(pkcs15test::readSamples()),
+                         nameOf);
 
 }  // namespace

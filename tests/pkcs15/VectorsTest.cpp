@@ -89,7 +89,8 @@ TEST(CardFiles, LoseDefaultsThatWereWrittenOut) {
             AnyValue value(*vector.type);
             Error error;
             ASSERT_TRUE(ASN1::decode(record, value, error)) << toString(error);
-            EXPECT_EQ(ASN1::encode(value).size() + 3, record.size()) << "native 01 01 FF is dropped";
+            EXPECT_EQ(ASN1::encode(value).size() + 3, record.size())
+                << "native 01 01 FF is dropped";
         }
     EXPECT_EQ(records, 1u);
 }

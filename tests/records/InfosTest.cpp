@@ -15,10 +15,9 @@ namespace {
 
 template <class T>
 class EveryInfo : public testing::Test {};
-using InfoTypes =
-    testing::Types<AuthInfo, PrivateKeyInfo, PublicKeyInfo, TrustedPublicKeyInfo, CertificateInfo,
-                   TrustedCertificateInfo, UsefulCertificateInfo, BlockCipherKeyInfo, DataInfo,
-                   ContainerInfo>;
+using InfoTypes = testing::Types<AuthInfo, PrivateKeyInfo, PublicKeyInfo, TrustedPublicKeyInfo,
+                                 CertificateInfo, TrustedCertificateInfo, UsefulCertificateInfo,
+                                 BlockCipherKeyInfo, DataInfo, ContainerInfo>;
 TYPED_TEST_SUITE(EveryInfo, InfoTypes);
 
 TYPED_TEST(EveryInfo, IsASetOfAttributesWithALabel) {

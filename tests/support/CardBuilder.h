@@ -15,8 +15,15 @@ namespace tovi::test {
 
 /// The kinds of directory file by their choice in the ODF (PKCS#15 v1.1, 6.2).
 enum class Directory : unsigned {
-    privateKeys, publicKeys, trustedPublicKeys, secretKeys, certificates, trustedCertificates,
-    usefulCertificates, dataObjects, authObjects
+    privateKeys,
+    publicKeys,
+    trustedPublicKeys,
+    secretKeys,
+    certificates,
+    trustedCertificates,
+    usefulCertificates,
+    dataObjects,
+    authObjects
 };
 inline constexpr unsigned directoryCount = 9;
 
@@ -35,7 +42,8 @@ public:
     /// Adds an entry to the usual ODF, in front of the next directory file.
     CardBuilder& odfRecord(const Blob& record);
 
-    /// Adds records to a directory file; the file and its entry in the ODF come with the first call.
+    /// Adds records to a directory file; the file and its entry in the ODF come with the first
+    /// call.
     CardBuilder& directory(Directory kind, const std::vector<Blob>& records);
     CardBuilder& privateKeys(const std::vector<Blob>& records);
     CardBuilder& publicKeys(const std::vector<Blob>& records);

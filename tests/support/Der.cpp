@@ -51,9 +51,7 @@ Blob hex(std::string_view digits) {
     return octets;
 }
 
-Blob text(std::string_view characters) {
-    return Blob(characters.begin(), characters.end());
-}
+Blob text(std::string_view characters) { return Blob(characters.begin(), characters.end()); }
 
 Blob times(std::size_t count, std::uint8_t octet) { return Blob(count, octet); }
 

@@ -16,8 +16,8 @@ Blob optionalText(const std::optional<std::string>& value) {
 Blob object(std::uint8_t tag, const Common& common, const Blob& classAttributes,
             const Blob& subClassAttributes, const Blob& typeAttributes) {
     const Blob subClass = subClassAttributes.empty() ? Blob() : context(0, subClassAttributes);
-    return element(tag, join({common.encoded(), classAttributes, subClass,
-                              context(1, typeAttributes)}));
+    return element(tag,
+                   join({common.encoded(), classAttributes, subClass, context(1, typeAttributes)}));
 }
 
 Blob keyRecord(const KeyRecord& key) {
@@ -123,11 +123,10 @@ Blob tokenInfo(const TokenInfoRecord& token) {
             entries.push_back(algorithmInfo(algorithm));
         algorithms = context(2, join(entries));
     }
-    return sequence(integer(token.version),
-                    token.serialNumber ? octetString(*token.serialNumber) : Blob(),
-                    optionalText(token.manufacturerID),
-                    token.label ? contextPrimitive(0, text(*token.label)) : Blob(), token.flags,
-                    algorithms);
+    return sequence(
+        integer(token.version), token.serialNumber ? octetString(*token.serialNumber) : Blob(),
+        optionalText(token.manufacturerID),
+        token.label ? contextPrimitive(0, text(*token.label)) : Blob(), token.flags, algorithms);
 }
 
 Blob odfEntry(unsigned kind, const Blob& path) { return context(kind, path); }

@@ -51,12 +51,27 @@ Blob publicKey(const KeyRecord& key = {});
 
 /// Usage bits of KeyUsageFlags (6.1.9).
 enum Usage : unsigned {
-    encrypt, decrypt, sign, signRecover, wrap, unwrap, verify, verifyRecover, derive, nonRepudiation
+    encrypt,
+    decrypt,
+    sign,
+    signRecover,
+    wrap,
+    unwrap,
+    verify,
+    verifyRecover,
+    derive,
+    nonRepudiation
 };
 
 /// Tags of the alternatives of SecretKeyType (6.5.1).
 enum class SecretKey : std::uint8_t {
-    generic = 0x30, rc2 = 0xA0, rc4 = 0xA1, des = 0xA2, des2 = 0xA3, des3 = 0xA4, cast = 0xA5
+    generic = 0x30,
+    rc2 = 0xA0,
+    rc4 = 0xA1,
+    des = 0xA2,
+    des2 = 0xA3,
+    des3 = 0xA4,
+    cast = 0xA5
 };
 
 struct SecretKeyRecord {
@@ -67,8 +82,8 @@ struct SecretKeyRecord {
     std::optional<bool> native = {};
     std::optional<std::int64_t> keyReference = {};
     std::optional<std::int64_t> keyLen = {};  ///< in bits
-    Blob subClass = {};                       ///< element, without keyLen: CommonSecretKeyAttributes
-    Blob value = path("4C01");                ///< element
+    Blob subClass = {};         ///< element, without keyLen: CommonSecretKeyAttributes
+    Blob value = path("4C01");  ///< element
 };
 Blob secretKey(const SecretKeyRecord& key = {});
 
@@ -79,9 +94,9 @@ struct CertificateRecord {
     Certificate type = Certificate::x509;
     Common common = {};
     Blob id = {0x45};
-    Blob trustedUsage = {};      ///< element: trustedUsage({...})
-    Blob value = path("4D01");   ///< element
-    Blob serialNumber = {};      ///< element
+    Blob trustedUsage = {};     ///< element: trustedUsage({...})
+    Blob value = path("4D01");  ///< element
+    Blob serialNumber = {};     ///< element
 };
 Blob certificate(const CertificateRecord& certificate = {});
 
@@ -107,9 +122,9 @@ Blob dataRecord(const DataRecord& object = {});
 struct AuthRecord {
     Common common = {};
     Blob authId = {0x01};
-    std::int64_t reference = 1;           ///< pinReference, bioReference
-    Blob authKeyId = {0x51};              ///< of an authentication key
-    Blob type = {};                       ///< element in place of the type attributes
+    std::int64_t reference = 1;  ///< pinReference, bioReference
+    Blob authKeyId = {0x51};     ///< of an authentication key
+    Blob type = {};              ///< element in place of the type attributes
 };
 Blob pin(const AuthRecord& object = {});
 Blob biometricTemplate(const AuthRecord& object = {});

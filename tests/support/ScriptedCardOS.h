@@ -9,11 +9,12 @@
 
 namespace tovi::test {
 
-/// Passes calls on to another card, writes them down, and throws whatever a test wants to see thrown.
+/// Passes calls on to another card, writes them down, and throws whatever a test wants to see
+/// thrown.
 class ScriptedCardOS final : public ISCardOS {
 public:
-    /// Called in front of every call that reaches the card, with its number, counted from 0, and its
-    /// line in calls(). What it throws is what the call throws.
+    /// Called in front of every call that reaches the card, with its number, counted from 0, and
+    /// its line in calls(). What it throws is what the call throws.
     using Script = std::function<void(std::size_t index, const std::string& call)>;
 
     explicit ScriptedCardOS(ISCardOS& card, Script script = {})

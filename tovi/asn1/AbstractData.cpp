@@ -44,7 +44,7 @@ AnyValue& AnyValue::operator=(AnyValue other) noexcept {
 AnyValue::~AnyValue() {
     if (!value_) return;
     type_->lifetime->destroy(value_);
-    ::operator delete(value_, std::align_val_t{type_->lifetime->alignment});
+    ::operator delete (value_, std::align_val_t{type_->lifetime->alignment});
 }
 
 }  // namespace ASN1

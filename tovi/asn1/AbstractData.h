@@ -9,10 +9,12 @@ namespace ASN1 {
 
 /// Types that have a description.
 template <class T>
-concept Described = requires { TypeOf<std::remove_cvref_t<T>>::value; };
+concept Described = requires {
+    TypeOf<std::remove_cvref_t<T>>::value;
+};
 
-/// A value of some described type, for operations that work on all of them. Made from any such value; does
-/// not own it, so it must not outlive it.
+/// A value of some described type, for operations that work on all of them. Made from any such
+/// value; does not own it, so it must not outlive it.
 class AbstractData {
 public:
     template <Described T>

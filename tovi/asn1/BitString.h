@@ -34,8 +34,8 @@ public:
     const Octets& octets() const { return octets_; }
     /// Zero bits behind the last one in the last octet, 0 to 7.
     unsigned unusedBits() const { return unused_; }
-    /// Takes all bits of `octets` but the last `unused`, which may be any number: more than there are
-    /// gives an empty string.
+    /// Takes all bits of `octets` but the last `unused`, which may be any number: more than there
+    /// are gives an empty string.
     void assign(View octets, std::size_t unused = 0);
     /// Drops zero bits at the end, as DER asks of strings with named bits (X.690 11.2.2).
     void trim();

@@ -19,8 +19,8 @@ public:
     Boxed(std::nullopt_t) noexcept {}
     // A template, so that T may be incomplete while Boxed<T> is a member of it.
     template <class U>
-        requires std::same_as<std::remove_cvref_t<U>, T>
-    Boxed(U&& value) : object_(std::make_unique<T>(std::forward<U>(value))) {}
+    requires std::same_as<std::remove_cvref_t<U>, T> Boxed(U&& value)
+        : object_(std::make_unique<T>(std::forward<U>(value))) {}
     Boxed(const Boxed& other) {
         if (other.object_) object_ = std::make_unique<T>(*other.object_);
     }

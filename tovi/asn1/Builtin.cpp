@@ -14,7 +14,8 @@ bool fitsInto64Bits(const Element& e) {
     return !e.constructed && !e.content.empty() && e.content.size() <= 8;
 }
 
-/// Joins the segments of a string in constructed form; each is an OCTET STRING (X.690 8.7.3, 8.23.6).
+/// Joins the segments of a string in constructed form; each is an OCTET STRING
+/// (X.690 8.7.3, 8.23.6).
 bool join(const Element& e, Octets& out, Reader& in) {
     auto body = in.enter(e);
     if (!body) return false;
@@ -30,7 +31,8 @@ bool join(const Element& e, Octets& out, Reader& in) {
     return true;
 }
 
-/// Joins the segments of a constructed BIT STRING; only the last may have unused bits (X.690 8.6.4).
+/// Joins the segments of a constructed BIT STRING; only the last may have unused bits
+/// (X.690 8.6.4).
 bool joinBits(const Element& e, Octets& bits, std::uint8_t& unused, Reader& in) {
     if (!e.constructed) {
         if (e.content.empty() || unused != 0) return failValue(e, in);
@@ -70,7 +72,8 @@ void encodeInteger(const Type&, const void* value, Writer& out) {
     out.octets(as<INTEGER>(value).shortest());
 }
 
-/// Cards forget the leading zero octet of numbers that cannot be negative: the top bit counts as value.
+/// Cards forget the leading zero octet of numbers that cannot be negative: the top bit counts as
+/// value.
 bool decodeUnsigned(const Type&, const Element& e, void* value, Reader& in) {
     Element number = e;
     while (number.content.size() > 1 && number.content[0] == 0)
@@ -181,6 +184,5 @@ bool decodeOpaque(const Type&, const Element& e, void* value, Reader&) {
     as<Octets>(value).assign(e.content);
     return true;
 }
-
 
 }  // namespace ASN1

@@ -76,9 +76,8 @@ inline constexpr Type unsignedType =
                            encodeUnsigned, measureUnsigned);
 inline constexpr Type bitStringType =
     builtin<BIT_STRING>("BIT STRING", Kind::bitString, 3, Form::either, decodeBits, encodeBits);
-inline constexpr Type octetStringType =
-    builtin<Octets>("OCTET STRING", Kind::octetString, 4, Form::either, decodeOctets, encodeOctets,
-                    countOctets);
+inline constexpr Type octetStringType = builtin<Octets>(
+    "OCTET STRING", Kind::octetString, 4, Form::either, decodeOctets, encodeOctets, countOctets);
 inline constexpr Type nullType =
     builtin<Null>("NULL", Kind::null, 5, Form::primitive, decodeNull, encodeNothing);
 inline constexpr Type objectIdentifierType =
@@ -101,30 +100,60 @@ inline constexpr Type openType{.name = "ANY",
 template <class T>
 struct TypeOf;
 template <class T>
-    requires requires {
-        { &T::type } -> std::same_as<const Type*>;
-    }
+requires requires {
+    { &T::type } -> std::same_as<const Type*>;
+}
 struct TypeOf<T> {
     static constexpr const Type* value = &T::type;
 };
-template <> struct TypeOf<bool> { static constexpr const Type* value = &booleanType; };
-template <> struct TypeOf<INTEGER> { static constexpr const Type* value = &integerType; };
-template <> struct TypeOf<std::uint64_t> { static constexpr const Type* value = &unsignedType; };
-template <> struct TypeOf<Octets> { static constexpr const Type* value = &octetStringType; };
-template <> struct TypeOf<UTF8String> { static constexpr const Type* value = &utf8StringType; };
-template <> struct TypeOf<PrintableString> {
+template <>
+struct TypeOf<bool> {
+    static constexpr const Type* value = &booleanType;
+};
+template <>
+struct TypeOf<INTEGER> {
+    static constexpr const Type* value = &integerType;
+};
+template <>
+struct TypeOf<std::uint64_t> {
+    static constexpr const Type* value = &unsignedType;
+};
+template <>
+struct TypeOf<Octets> {
+    static constexpr const Type* value = &octetStringType;
+};
+template <>
+struct TypeOf<UTF8String> {
+    static constexpr const Type* value = &utf8StringType;
+};
+template <>
+struct TypeOf<PrintableString> {
     static constexpr const Type* value = &printableStringType;
 };
-template <> struct TypeOf<IA5String> { static constexpr const Type* value = &ia5StringType; };
-template <> struct TypeOf<GeneralizedTime> {
+template <>
+struct TypeOf<IA5String> {
+    static constexpr const Type* value = &ia5StringType;
+};
+template <>
+struct TypeOf<GeneralizedTime> {
     static constexpr const Type* value = &generalizedTimeType;
 };
-template <> struct TypeOf<BIT_STRING> { static constexpr const Type* value = &bitStringType; };
-template <> struct TypeOf<Null> { static constexpr const Type* value = &nullType; };
-template <> struct TypeOf<OBJECT_IDENTIFIER> {
+template <>
+struct TypeOf<BIT_STRING> {
+    static constexpr const Type* value = &bitStringType;
+};
+template <>
+struct TypeOf<Null> {
+    static constexpr const Type* value = &nullType;
+};
+template <>
+struct TypeOf<OBJECT_IDENTIFIER> {
     static constexpr const Type* value = &objectIdentifierType;
 };
-template <> struct TypeOf<OpenData> { static constexpr const Type* value = &openType; };
+template <>
+struct TypeOf<OpenData> {
+    static constexpr const Type* value = &openType;
+};
 
 template <class T>
 struct TypeOf<std::vector<T>> {

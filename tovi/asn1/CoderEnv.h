@@ -7,19 +7,19 @@
 
 namespace ASN1 {
 
-/// Decodes and encodes values, and remembers why the last one failed. Made empty; a module has to be
-/// configured before anything is coded.
+/// Decodes and encodes values, and remembers why the last one failed. Made empty; a module has to
+/// be configured before anything is coded.
 class CoderEnv {
 public:
     /// `module` must outlive the environment.
     void configure(const Module* module) { module_ = module; }
     const Module* module() const { return module_; }
 
-    /// Decodes the BER value in [begin, end) into `value`. Octets behind the value are a failure unless
-    /// `acceptRest`. False leaves `value` as it was and says why in lastError().
+    /// Decodes the BER value in [begin, end) into `value`. Octets behind the value are a failure
+    /// unless `acceptRest`. False leaves `value` as it was and says why in lastError().
     bool decode(const char* begin, const char* end, AbstractData value, bool acceptRest);
-    /// Writes the DER encoding of `value` into `out`. False, and `out` as it was, when a CHOICE inside has
-    /// nothing selected.
+    /// Writes the DER encoding of `value` into `out`. False, and `out` as it was, when a CHOICE
+    /// inside has nothing selected.
     bool encode(AbstractData value, Octets& out);
 
     /// Of the last decode(); its kind is none when that succeeded.

@@ -10,22 +10,23 @@ namespace ASN1 {
 /// What may stand behind the value in the octets given.
 enum class Rest { nothing, anything };
 
-/// Decodes the BER value at the beginning of `input`. False when the octets are no such value; `error` then
-/// says why and where, and `value` is as it was. Time and memory are linear in the octets given.
+/// Decodes the BER value at the beginning of `input`. False when the octets are no such value;
+/// `error` then says why and where, and `value` is as it was. Time and memory are linear in the
+/// octets given.
 bool decode(View input, AbstractData value, Error& error, Rest rest = Rest::nothing);
 
 /// The same for a type known to the compiler, without a detour over the heap.
 template <Described T>
 bool decode(View input, T& value, Error& error, Rest rest = Rest::nothing);
 
-/// Writes the DER encoding of `value` into `out`. False, and `out` as it was, when a CHOICE has nothing
-/// selected. Constraints are not looked at.
+/// Writes the DER encoding of `value` into `out`. False, and `out` as it was, when a CHOICE has
+/// nothing selected. Constraints are not looked at.
 bool encode(AbstractData value, Octets& out);
 /// The DER encoding, empty when a CHOICE has nothing selected.
 Octets encode(AbstractData value);
 
-/// Whether the value keeps every size and range of its type, in all its parts. Where cards in use are known
-/// to go beyond the module, their values count as valid; see the tables.
+/// Whether the value keeps every size and range of its type, in all its parts. Where cards in use
+/// are known to go beyond the module, their values count as valid; see the tables.
 bool isValid(AbstractData value);
 
 /// Decodes into a fresh value, which a failure leaves half filled.

@@ -6,9 +6,7 @@ namespace {
 
 constexpr std::size_t nobody = ~std::size_t{0};
 
-Tag firstTag(const Member& member) {
-    return member.tag.isNone() ? member.type->tag : member.tag;
-}
+Tag firstTag(const Member& member) { return member.tag.isNone() ? member.type->tag : member.tag; }
 
 bool isMandatory(const Member& member) { return member.presence == Presence::mandatory; }
 
@@ -17,8 +15,8 @@ std::size_t findTaker(std::span<const Member> members, std::size_t next, const E
     for (; next < members.size(); ++next) {
         const Member& member = members[next];
         if (member.isExtension()) continue;
-        // A mandatory CHOICE finds out itself, and takes a tag it does not know if it has a "...". An
-        // optional one would then swallow the element of a later member.
+        // A mandatory CHOICE finds out itself, and takes a tag it does not know if it has a "...".
+        // An optional one would then swallow the element of a later member.
         if (isMandatory(member) && member.tag.isNone() && member.type->isUntagged()) return next;
         if (member.begins(element.tag, element.constructed)) return next;
         if (isMandatory(member)) return nobody;
@@ -204,8 +202,7 @@ bool decodeList(const Type& type, const Element& self, void* list, Reader& in) {
 
 void encodeSequence(const Type& type, const void* object, Writer& out) {
     static const Unknown none;
-    const Unknown& unknown =
-        type.extension ? as<Unknown>(type.extension->get(object)) : none;
+    const Unknown& unknown = type.extension ? as<Unknown>(type.extension->get(object)) : none;
     std::span<const Unknown::Run> runs = unknown.runs();
     for (std::size_t row = type.members.size();; --row) {
         while (!runs.empty() && runs.back().row >= row) {

@@ -4,8 +4,8 @@
 
 namespace ASN1 {
 
-/// A value of an ENUMERATED type; the types derived from this name their numbers. It may hold a number
-/// without a name: a card written to a later version of the type.
+/// A value of an ENUMERATED type; the types derived from this name their numbers. It may hold a
+/// number without a name: a card written to a later version of the type.
 struct ENUMERATED {
     std::int64_t value = 0;
 

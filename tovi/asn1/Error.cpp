@@ -14,18 +14,27 @@ std::string nameOfExpected(const Error& error) {
 
 std::string describe(const Error& error) {
     switch (error.kind) {
-        case Error::none: return "no error";
-        case Error::truncated: return "content runs past the end of the data";
-        case Error::badTag: return "malformed tag";
-        case Error::badLength: return "malformed length";
-        case Error::tooDeep: return "nested too deeply";
+        case Error::none:
+            return "no error";
+        case Error::truncated:
+            return "content runs past the end of the data";
+        case Error::badTag:
+            return "malformed tag";
+        case Error::badLength:
+            return "malformed length";
+        case Error::tooDeep:
+            return "nested too deeply";
         case Error::unexpectedTag:
             if (!error.expected) return "unexpected " + toString(error.found);
             return "found " + toString(error.found) + ", expected " + nameOfExpected(error);
-        case Error::missing: return "mandatory member is missing";
-        case Error::trailing: return "unexpected octets follow";
-        case Error::badValue: return "content is not a value of this type";
-        case Error::notConfigured: return "the coder environment is not configured";
+        case Error::missing:
+            return "mandatory member is missing";
+        case Error::trailing:
+            return "unexpected octets follow";
+        case Error::badValue:
+            return "content is not a value of this type";
+        case Error::notConfigured:
+            return "the coder environment is not configured";
     }
     return "unknown error";
 }

@@ -10,7 +10,8 @@ namespace ASN1 {
 
 struct Type;
 
-/// The first thing that went wrong while decoding: what, at which octet of the input, in which member.
+/// The first thing that went wrong while decoding: what, at which octet of the input, in which
+/// member.
 struct Error {
     enum Kind {
         none,
@@ -25,9 +26,9 @@ struct Error {
         notConfigured,  ///< the coder environment knows no module
     };
     Kind kind = none;
-    std::size_t offset = 0;          ///< octets from the start of the input
-    std::string path;                ///< for example "PrivateKeyType.privateRSAKey.classAttributes.iD"
-    Tag found;                       ///< with unexpectedTag
+    std::size_t offset = 0;  ///< octets from the start of the input
+    std::string path;        ///< for example "PrivateKeyType.privateRSAKey.classAttributes.iD"
+    Tag found;               ///< with unexpectedTag
     const Type* expected = nullptr;  ///< with unexpectedTag, when one type was expected
     Tag expectedTag;                 ///< likewise, the context tag in front of that type, if any
 

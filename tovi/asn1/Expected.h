@@ -6,8 +6,8 @@ namespace ASN1 {
 
 /// A member that PKCS#15 v1.1 has as mandatory and ISO/IEC 7816-15 as optional.
 ///
-/// Read as a T. Where the card leaves it out it is empty, and stays left out while it is empty; an empty
-/// one that nobody read is written with no content.
+/// Read as a T. Where the card leaves it out it is empty, and stays left out while it is empty; an
+/// empty one that nobody read is written with no content.
 template <class T>
 class Expected : public T {
 public:

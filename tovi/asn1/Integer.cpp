@@ -27,8 +27,8 @@ void INTEGER::setUnsigned(std::uint64_t value) {
 View INTEGER::shortest() const {
     View octets = octets_;
     if (octets.empty()) return zero;
-    while (octets.size() > 1 && ((octets[0] == 0x00 && octets[1] < 0x80) ||
-                                 (octets[0] == 0xFF && octets[1] >= 0x80)))
+    while (octets.size() > 1 &&
+           ((octets[0] == 0x00 && octets[1] < 0x80) || (octets[0] == 0xFF && octets[1] >= 0x80)))
         octets = octets.subspan(1);
     return octets;
 }

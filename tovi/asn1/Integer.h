@@ -9,8 +9,8 @@ namespace ASN1 {
 
 /// An INTEGER of any size: serial numbers, moduli, and what the module leaves without bounds.
 ///
-/// The octets are big-endian two's complement, as on the wire (X.690 8.3), and are kept as they came; DER
-/// writes the fewest that hold the value. No octets at all are the number 0.
+/// The octets are big-endian two's complement, as on the wire (X.690 8.3), and are kept as they
+/// came; DER writes the fewest that hold the value. No octets at all are the number 0.
 class INTEGER {
 public:
     INTEGER() = default;

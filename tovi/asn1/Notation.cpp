@@ -74,9 +74,9 @@ std::string membersText(const Type& type, std::size_t indent) {
 std::string listText(const Type& type, std::size_t indent, const Bounds& bounds) {
     std::string text = type.tag == universal(17) ? "SET" : "SEQUENCE";
     if (bounds.areSet()) text += joined(" SIZE ", rangeText(bounds));
-    return joined(text, " OF ",
-                  type.element->name.empty() ? body(*type.element, indent, {})
-                                             : reference(*type.element));
+    return joined(
+        text, " OF ",
+        type.element->name.empty() ? body(*type.element, indent, {}) : reference(*type.element));
 }
 
 /// The type where it is used: its name, with parameters.
@@ -90,11 +90,16 @@ std::string reference(const Type& type) {
 /// The type where it is defined.
 std::string body(const Type& type, std::size_t indent, const Bounds& bounds) {
     switch (type.kind) {
-        case Kind::sequence: return joined("SEQUENCE ", membersText(type, indent));
-        case Kind::choice: return joined("CHOICE ", membersText(type, indent));
-        case Kind::list: return listText(type, indent, bounds);
-        case Kind::open: return "ANY";
-        default: break;
+        case Kind::sequence:
+            return joined("SEQUENCE ", membersText(type, indent));
+        case Kind::choice:
+            return joined("CHOICE ", membersText(type, indent));
+        case Kind::list:
+            return listText(type, indent, bounds);
+        case Kind::open:
+            return "ANY";
+        default:
+            break;
     }
     std::string text = toString(type.tag);
     if (!type.names.empty()) text += joined(" ", numbersText(type));

@@ -14,8 +14,8 @@ namespace ASN1 {
 ///         length [0] INTEGER (0..65535) OPTIONAL
 ///     }
 ///
-/// Bounds are numbers, a parameterized type shows its actual parameters, and rows that are there for the
-/// sake of cards of another edition are left out.
+/// Bounds are numbers, a parameterized type shows its actual parameters, and rows that are there
+/// for the sake of cards of another edition are left out.
 std::string notation(const Type& type);
 
 }  // namespace ASN1

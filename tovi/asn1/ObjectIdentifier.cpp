@@ -36,9 +36,7 @@ std::uint64_t valueOf(View part) {
 }
 
 /// The first subidentifier stands for two arcs (X.690 8.19.4).
-Arc firstArc(View part) {
-    return fits(part) ? std::min<Arc>(valueOf(part) / 40, 2) : 2;
-}
+Arc firstArc(View part) { return fits(part) ? std::min<Arc>(valueOf(part) / 40, 2) : 2; }
 
 std::string hexOf(View part) {
     // Seven bits an octet, low end first, four bits a digit.
@@ -46,7 +44,8 @@ std::string hexOf(View part) {
     unsigned bits = 0, count = 0;
     for (std::size_t i = part.size(); i-- > 0;) {
         bits |= (part[i] & 0x7Fu) << count;
-        for (count += 7; count >= 4; count -= 4, bits >>= 4) digits += "0123456789ABCDEF"[bits & 15];
+        for (count += 7; count >= 4; count -= 4, bits >>= 4)
+            digits += "0123456789ABCDEF"[bits & 15];
     }
     if (count > 0) digits += "0123456789ABCDEF"[bits & 15];
     while (digits.size() > 1 && digits.back() == '0') digits.pop_back();

@@ -11,10 +11,11 @@
 
 namespace ASN1 {
 
-/// An OBJECT IDENTIFIER, held as its encoded content octets (X.690 8.19), so arcs of any size survive.
+/// An OBJECT IDENTIFIER, held as its encoded content octets (X.690 8.19), so arcs of any size
+/// survive.
 ///
-/// Without arcs it is empty, and not a valid value. Arcs that have no encoding (fewer than two, a first arc
-/// above 2, a second one above 39 below arcs 0 and 1) give an empty one too.
+/// Without arcs it is empty, and not a valid value. Arcs that have no encoding (fewer than two, a
+/// first arc above 2, a second one above 39 below arcs 0 and 1) give an empty one too.
 class OBJECT_IDENTIFIER {
 public:
     using Arc = std::uint64_t;
@@ -43,7 +44,8 @@ public:
 
     /// The content octets of the encoding.
     const Octets& content() const { return content_; }
-    /// Takes content octets; false, and nothing changed, when they are not whole arcs in shortest form.
+    /// Takes content octets; false, and nothing changed, when they are not whole arcs in shortest
+    /// form.
     [[nodiscard]] bool setContent(View content);
 
     /// Equal when they have the same arcs in the same order.

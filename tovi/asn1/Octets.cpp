@@ -43,7 +43,8 @@ void Octets::append(View octets) {
     if (octets.size() > capacity_ - old) {
         // The old room has to live until its octets are copied: `octets` may lie in it.
         Octets grown;
-        grown.grow(std::max(old + octets.size(), std::min<std::size_t>(2 * std::size_t{capacity_}, mostOctets)));
+        grown.grow(std::max(old + octets.size(),
+                            std::min<std::size_t>(2 * std::size_t{capacity_}, mostOctets)));
         if (old != 0) std::memcpy(grown.data(), data(), old);
         std::memcpy(grown.data() + old, octets.data(), octets.size());
         grown.size_ = static_cast<std::uint32_t>(old + octets.size());

@@ -17,10 +17,11 @@ using View = std::span<const std::uint8_t>;
 
 /// A string of octets with the interface of a std::vector.
 ///
-/// Up to `inPlace` octets live inside the object: identifiers, paths, labels and short INTEGERs, which is
-/// nearly everything in a directory record, cost no allocation. Copies are deep, moves never throw
-/// and leave the source empty. Growing either succeeds or throws (std::bad_alloc, std::length_error
-/// beyond 4 GiB) and leaves the contents as they were. Arguments may lie inside the object itself.
+/// Up to `inPlace` octets live inside the object: identifiers, paths, labels and short INTEGERs,
+/// which is nearly everything in a directory record, cost no allocation. Copies are deep, moves
+/// never throw and leave the source empty. Growing either succeeds or throws (std::bad_alloc,
+/// std::length_error beyond 4 GiB) and leaves the contents as they were. Arguments may lie inside
+/// the object itself.
 class Octets {
 public:
     using value_type = std::uint8_t;

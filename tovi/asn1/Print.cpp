@@ -32,20 +32,44 @@ private:
 void Printer::value(const Type& type, const void* value) {
     if (const OpenData* other = type.otherFormOf(value)) return comment("other form", *other);
     switch (type.kind) {
-        case Kind::boolean: text_ += as<bool>(value) ? "TRUE" : "FALSE"; break;
-        case Kind::integer: integer(as<INTEGER>(value)); break;
-        case Kind::unsignedInteger: text_ += std::to_string(as<std::uint64_t>(value)); break;
-        case Kind::enumerated: enumerated(type, as<ENUMERATED>(value).value); break;
-        case Kind::bitString: bits(type, as<BIT_STRING>(value)); break;
+        case Kind::boolean:
+            text_ += as<bool>(value) ? "TRUE" : "FALSE";
+            break;
+        case Kind::integer:
+            integer(as<INTEGER>(value));
+            break;
+        case Kind::unsignedInteger:
+            text_ += std::to_string(as<std::uint64_t>(value));
+            break;
+        case Kind::enumerated:
+            enumerated(type, as<ENUMERATED>(value).value);
+            break;
+        case Kind::bitString:
+            bits(type, as<BIT_STRING>(value));
+            break;
         case Kind::octetString:
         case Kind::opaque:
-        case Kind::open: hex(as<Octets>(value)); break;
-        case Kind::characterString: characters(as<Octets>(value)); break;
-        case Kind::null: text_ += "NULL"; break;
-        case Kind::objectIdentifier: identifier(as<OBJECT_IDENTIFIER>(value)); break;
-        case Kind::sequence: sequence(type, value); break;
-        case Kind::choice: choice(type, value); break;
-        case Kind::list: list(type, value); break;
+        case Kind::open:
+            hex(as<Octets>(value));
+            break;
+        case Kind::characterString:
+            characters(as<Octets>(value));
+            break;
+        case Kind::null:
+            text_ += "NULL";
+            break;
+        case Kind::objectIdentifier:
+            identifier(as<OBJECT_IDENTIFIER>(value));
+            break;
+        case Kind::sequence:
+            sequence(type, value);
+            break;
+        case Kind::choice:
+            choice(type, value);
+            break;
+        case Kind::list:
+            list(type, value);
+            break;
     }
 }
 
@@ -54,8 +78,7 @@ void Printer::sequence(const Type& type, const void* value) {
     if (const Member* extension = type.extension)
         unknown = as<Unknown>(extension->get(value)).runs();
     std::size_t present = 0;
-    for (const Member& member : type.members)
-        present += !member.isExtension() && member.get(value);
+    for (const Member& member : type.members) present += !member.isExtension() && member.get(value);
     if (present == 0 && unknown.empty()) {
         text_ += "{}";
         return;

@@ -89,7 +89,8 @@ bool Reader::parseLongLength(std::size_t& at, std::size_t& length) const {
     length = 0;
     for (; count > 0; --count) {
         if (at == rest_.size()) return fail(Error::truncated);
-        // BER allows any number of leading zero octets; a value of more octets is longer than any input.
+        // BER allows any number of leading zero octets; a value of more octets is longer than any
+        // input.
         if (length >> (8 * (maxLengthOctets - 1)) != 0) return fail(Error::badLength);
         length = length << 8 | rest_[at++];
     }

@@ -22,9 +22,9 @@ struct Element {
 /// Walks the elements of one nesting level of hostile BER (X.690): definite and indefinite lengths,
 /// tags and lengths longer than need be.
 ///
-/// Never reads outside its input, never allocates on success, and nests at most `maxDepth` levels. A
-/// failing operation returns false (or nothing) and leaves what went wrong in the Error that all readers
-/// of one input share; the first failure stays.
+/// Never reads outside its input, never allocates on success, and nests at most `maxDepth` levels.
+/// A failing operation returns false (or nothing) and leaves what went wrong in the Error that all
+/// readers of one input share; the first failure stays.
 class Reader {
 public:
     static constexpr unsigned maxDepth = 24;

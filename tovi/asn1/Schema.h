@@ -83,17 +83,29 @@ template <auto F>
 using Slot = typename Field<F>::Slot;
 
 /// The described type inside a C++ member.
-template <class S> struct ContentOf { using type = S; };
-template <class T> struct ContentOf<std::optional<T>> { using type = T; };
-template <class T> struct ContentOf<Boxed<T>> { using type = T; };
-template <class T> struct ContentOf<Expected<T>> { using type = T; };
+template <class S>
+struct ContentOf {
+    using type = S;
+};
+template <class T>
+struct ContentOf<std::optional<T>> {
+    using type = T;
+};
+template <class T>
+struct ContentOf<Boxed<T>> {
+    using type = T;
+};
+template <class T>
+struct ContentOf<Expected<T>> {
+    using type = T;
+};
 template <class S>
 inline constexpr const Type* contentType = TypeOf<typename ContentOf<S>::type>::value;
 
 // One SlotAccess for all members of the same C++ type keeps object code and compile time small.
 template <class S>
 inline constexpr SlotAccess plainSlot{[](const void* s) { return s; }, [](void* s) { return s; },
-                               [](void* s) { ASN1::as<S>(s) = S(); }};
+                                      [](void* s) { ASN1::as<S>(s) = S(); }};
 template <class S>
 inline constexpr SlotAccess expectedSlot{
     [](const void* s) -> const void* { return ASN1::as<S>(s).isLeftOut() ? nullptr : s; },
@@ -101,9 +113,7 @@ inline constexpr SlotAccess expectedSlot{
     [](void* s) { ASN1::as<S>(s).clear(), ASN1::as<S>(s).setLeftOut(true); }};
 template <class S>
 inline constexpr SlotAccess optionalSlot{
-    [](const void* s) -> const void* {
-        return ASN1::as<S>(s) ? &*ASN1::as<S>(s) : nullptr;
-    },
+    [](const void* s) -> const void* { return ASN1::as<S>(s) ? &*ASN1::as<S>(s) : nullptr; },
     [](void* s) -> void* { return &ASN1::as<S>(s).emplace(); },
     [](void* s) { ASN1::as<S>(s).reset(); }};
 template <class S, auto Default>
@@ -113,9 +123,7 @@ inline constexpr SlotAccess defaultedSlot{
     [](const void* s) { return ASN1::as<S>(s) && *ASN1::as<S>(s) == Default(); }};
 template <class V, std::size_t I>
 inline constexpr SlotAccess alternativeSlot{
-    [](const void* s) -> const void* {
-        return unboxedOrNull(std::get_if<I>(&ASN1::as<V>(s)));
-    },
+    [](const void* s) -> const void* { return unboxedOrNull(std::get_if<I>(&ASN1::as<V>(s))); },
     [](void* s) -> void* { return &unboxed(ASN1::as<V>(s).template emplace<I>()); },
     [](void* s) { ASN1::as<V>(s) = std::monostate(); }};
 
@@ -219,13 +227,14 @@ enum class Growth : bool { closed, extensible };
 template <class T>
 constexpr Type enumerated(std::string_view name, std::span<const NamedNumber> names,
                           Growth growth = Growth::closed) {
-    Type type = builtin<T>(name, Kind::enumerated, 10, Form::primitive, decodeEnumerated,
-                           encodeEnumerated);
+    Type type =
+        builtin<T>(name, Kind::enumerated, 10, Form::primitive, decodeEnumerated, encodeEnumerated);
     type.names = names;
     type.extensible = growth == Growth::extensible;
     return type;
 }
-/// An INTEGER written in place, with names for numbers and an extensible constraint, which excludes none.
+/// An INTEGER written in place, with names for numbers and an extensible constraint, which excludes
+/// none.
 constexpr Type numbered(std::span<const NamedNumber> names, std::string_view constraint) {
     Type type = integerType;
     type.names = names;

@@ -4,7 +4,8 @@ namespace ASN1 {
 
 namespace {
 
-/// Octets of the character that `rest` begins with, 0 when it begins with none (RFC 3629, clause 4).
+/// Octets of the character that `rest` begins with, 0 when it begins with none (RFC 3629, clause
+/// 4).
 std::size_t characterSize(View rest) {
     const std::uint8_t lead = rest[0];
     if (lead < 0x80) return 1;

@@ -24,9 +24,7 @@ struct CharacterString : Octets {
         return *this;
     }
     CharacterString& operator=(const char* text) { return *this = std::string_view(text); }
-    std::string_view text() const {
-        return {reinterpret_cast<const char*>(data()), size()};
-    }
+    std::string_view text() const { return {reinterpret_cast<const char*>(data()), size()}; }
 };
 
 using UTF8String = CharacterString<12>;

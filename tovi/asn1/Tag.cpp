@@ -8,12 +8,36 @@ namespace {
 
 /// By universal tag number (X.680 8.4, table 1).
 constexpr const char* universalNames[] = {
-    "end of contents", "BOOLEAN",       "INTEGER",          "BIT STRING",      "OCTET STRING",
-    "NULL",            "OBJECT IDENTIFIER", "ObjectDescriptor", "EXTERNAL",    "REAL",
-    "ENUMERATED",      "EMBEDDED PDV",  "UTF8String",       "RELATIVE-OID",    "TIME",
-    nullptr,           "SEQUENCE",      "SET",              "NumericString",   "PrintableString",
-    "TeletexString",   "VideotexString", "IA5String",       "UTCTime",         "GeneralizedTime",
-    "GraphicString",   "VisibleString", "GeneralString",    "UniversalString", "CHARACTER STRING",
+    "end of contents",
+    "BOOLEAN",
+    "INTEGER",
+    "BIT STRING",
+    "OCTET STRING",
+    "NULL",
+    "OBJECT IDENTIFIER",
+    "ObjectDescriptor",
+    "EXTERNAL",
+    "REAL",
+    "ENUMERATED",
+    "EMBEDDED PDV",
+    "UTF8String",
+    "RELATIVE-OID",
+    "TIME",
+    nullptr,
+    "SEQUENCE",
+    "SET",
+    "NumericString",
+    "PrintableString",
+    "TeletexString",
+    "VideotexString",
+    "IA5String",
+    "UTCTime",
+    "GeneralizedTime",
+    "GraphicString",
+    "VisibleString",
+    "GeneralString",
+    "UniversalString",
+    "CHARACTER STRING",
     "BMPString",
 };
 
@@ -31,9 +55,12 @@ std::string toString(Tag tag) {
             if (tag.number() < std::size(universalNames) && universalNames[tag.number()])
                 return universalNames[tag.number()];
             return bracketed("UNIVERSAL ", tag.number());
-        case Tag::application: return bracketed("APPLICATION ", tag.number());
-        case Tag::context: return bracketed("", tag.number());
-        case Tag::privateUse: break;
+        case Tag::application:
+            return bracketed("APPLICATION ", tag.number());
+        case Tag::context:
+            return bracketed("", tag.number());
+        case Tag::privateUse:
+            break;
     }
     return bracketed("PRIVATE ", tag.number());
 }

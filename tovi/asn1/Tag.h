@@ -5,8 +5,8 @@
 
 namespace ASN1 {
 
-/// Class and number of a tag. The constructed bit is kept apart: a BER sender may choose the form of a
-/// string (X.690 8.7.1).
+/// Class and number of a tag. The constructed bit is kept apart: a BER sender may choose the form
+/// of a string (X.690 8.7.1).
 class Tag {
 public:
     enum Class : std::uint8_t {
@@ -38,8 +38,8 @@ constexpr Tag universal(std::uint32_t number) { return {Tag::universal, number};
 constexpr Tag application(std::uint32_t number) { return {Tag::application, number}; }
 constexpr Tag context(std::uint32_t number) { return {Tag::context, number}; }
 
-/// The tag as the notation has it, "[3]", "[APPLICATION 15]"; a universal one by the name of its type,
-/// "OCTET STRING".
+/// The tag as the notation has it, "[3]", "[APPLICATION 15]"; a universal one by the name of its
+/// type, "OCTET STRING".
 std::string toString(Tag tag);
 
 }  // namespace ASN1

@@ -13,8 +13,9 @@
 #include "tovi/asn1/Unknown.h"
 #include "tovi/asn1/Writer.h"
 
-/// How ASN.1 types are described: one constant Type for each, whose Member rows stand for the lines of
-/// its notation. One interpreter reads these tables to decode, encode, check, number, name and print.
+/// How ASN.1 types are described: one constant Type for each, whose Member rows stand for the lines
+/// of its notation. One interpreter reads these tables to decode, encode, check, number, name and
+/// print.
 namespace ASN1 {
 
 struct Member;
@@ -83,7 +84,8 @@ struct Lifetime {
     void (*moveAssign)(void* to, void* from);
 };
 
-/// Constant description of one ASN.1 type. In all functions `value` points at the matching C++ object.
+/// Constant description of one ASN.1 type. In all functions `value` points at the matching C++
+/// object.
 struct Type {
     std::string_view name;  ///< as spelled in the ASN.1 module; empty for a type written in place
     Kind kind = Kind::open;
@@ -95,8 +97,8 @@ struct Type {
     void (*encode)(const Type&, const void* value, Writer&) = nullptr;
     /// What bounds refer to: the value of an INTEGER, the size of all others.
     std::int64_t (*measure)(const void* value) = nullptr;
-    Bounds bounds = {};           ///< of this type wherever it is used
-    Bounds accepted = {};         ///< wider than `bounds` where cards in use are
+    Bounds bounds = {};    ///< of this type wherever it is used
+    Bounds accepted = {};  ///< wider than `bounds` where cards in use are
     std::span<const Member> members = {};
     const Member* extension = nullptr;  ///< the "..." among the members, nullptr without one
     std::size_t (*selection)(const void* value) = nullptr;  ///< of a CHOICE: index of the variant
@@ -105,8 +107,8 @@ struct Type {
     std::span<const NamedNumber> names = {};
     bool extensible = false;           ///< "..." of an ENUMERATED
     std::string_view constraint = {};  ///< notation of a constraint that excludes nothing
-    /// Where a value keeps an element of another form than the notation has, which ISO/IEC 7816-15 allows
-    /// in its place; nullptr for types without that allowance.
+    /// Where a value keeps an element of another form than the notation has, which ISO/IEC 7816-15
+    /// allows in its place; nullptr for types without that allowance.
     Boxed<OpenData>& (*otherForm)(void* value) = nullptr;
     std::span<const Tag> otherTags = {};  ///< what such an element begins with; empty: with any tag
     std::span<const Type* const> parameters = {};  ///< actual parameters of a parameterized type
@@ -139,7 +141,7 @@ struct SlotAccess {
 
 enum class Presence : std::uint8_t {
     mandatory,
-    expected,     ///< mandatory in PKCS#15 v1.1, optional in ISO/IEC 7816-15: may be missing when read
+    expected,  ///< mandatory in PKCS#15 v1.1, optional in ISO/IEC 7816-15: may be missing when read
     optional,
     defaulted,
     alternative,  ///< of a CHOICE

@@ -10,8 +10,9 @@
 
 namespace ASN1 {
 
-/// The elements of a SEQUENCE that its table does not know: members of later versions of the type, kept
-/// octet for octet and each at its place among the known ones. Takes one pointer while there are none.
+/// The elements of a SEQUENCE that its table does not know: members of later versions of the type,
+/// kept octet for octet and each at its place among the known ones. Takes one pointer while there
+/// are none.
 class Unknown {
 public:
     /// Elements that follow one another without a known member between them.
@@ -36,7 +37,8 @@ public:
     bool empty() const { return !runs_; }
     /// Adds an element behind all others and in front of `row`, whose number does not fall.
     void add(std::size_t row, View element);
-    /// Moves the elements that stand in front of row `from` to the front of row `to`, which is lower.
+    /// Moves the elements that stand in front of row `from` to the front of row `to`, which is
+    /// lower.
     void move(std::size_t from, std::size_t to);
     /// In the order of their rows.
     std::span<const Run> runs() const;

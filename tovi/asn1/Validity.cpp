@@ -20,7 +20,8 @@ bool isKnownNumber(const Type& type, const void* value) {
 bool isValidMember(const Member& member, const void* object) {
     if (member.isExtension()) return true;
     const void* value = member.get(object);
-    if (!value) return member.presence != Presence::mandatory && member.presence != Presence::alternative;
+    if (!value)
+        return member.presence != Presence::mandatory && member.presence != Presence::alternative;
     return isWithin(*member.type, member.acceptedBounds(), value) &&
            isValidValue(*member.type, value);
 }
@@ -46,13 +47,20 @@ bool isValidValue(const Type& type, const void* value) {
     if (type.otherFormOf(value)) return true;
     if (!isWithin(type, type.acceptedBounds(), value)) return false;
     switch (type.kind) {
-        case Kind::sequence: return isValidSequence(type, value);
-        case Kind::choice: return isValidChoice(type, value);
-        case Kind::list: return isValidList(type, value);
-        case Kind::enumerated: return isKnownNumber(type, value);
-        case Kind::objectIdentifier: return !as<OBJECT_IDENTIFIER>(value).empty();
-        case Kind::open: return !as<OpenData>(value).empty();
-        default: return true;
+        case Kind::sequence:
+            return isValidSequence(type, value);
+        case Kind::choice:
+            return isValidChoice(type, value);
+        case Kind::list:
+            return isValidList(type, value);
+        case Kind::enumerated:
+            return isKnownNumber(type, value);
+        case Kind::objectIdentifier:
+            return !as<OBJECT_IDENTIFIER>(value).empty();
+        case Kind::open:
+            return !as<OpenData>(value).empty();
+        default:
+            return true;
     }
 }
 

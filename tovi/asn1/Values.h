@@ -20,15 +20,15 @@ std::string_view selectionName(const Type& type, const void* value);
 
 /// Base of every SEQUENCE: its members by number.
 ///
-/// Optional indexes count the OPTIONAL and DEFAULT members, positions count all members; both begin at 0
-/// and leave out extension markers. Numbers that name no member do nothing.
+/// Optional indexes count the OPTIONAL and DEFAULT members, positions count all members; both begin
+/// at 0 and leave out extension markers. Numbers that name no member do nothing.
 template <class T>
 struct Sequence {
     bool hasOptionalField(std::size_t optionalIndex) const {
         return ASN1::hasOptionalField(*TypeOf<T>::value, self(), optionalIndex);
     }
-    /// Brings the member into being, with a fresh value, unless it is there. `position` names the same
-    /// member as `optionalIndex`; if it does not, nothing happens.
+    /// Brings the member into being, with a fresh value, unless it is there. `position` names the
+    /// same member as `optionalIndex`; if it does not, nothing happens.
     void includeOptionalField(std::size_t optionalIndex, std::size_t position) {
         ASN1::includeOptionalField(*TypeOf<T>::value, self(), optionalIndex, position);
     }
@@ -63,12 +63,13 @@ const T* unboxedOrNull(const Boxed<T>* box) {
 
 /// Base of every CHOICE, whose alternatives are those of the std::variant `value`.
 ///
-/// `enum Alternative` numbers them: the positions of the notation from 0 on, then `unknown` (an alternative
-/// of a later version, kept as it came) where the type is extensible, then `none`, as which a fresh CHOICE
-/// begins.
+/// `enum Alternative` numbers them: the positions of the notation from 0 on, then `unknown` (an
+/// alternative of a later version, kept as it came) where the type is extensible, then `none`, as
+/// which a fresh CHOICE begins.
 template <class T>
 struct Choice {
-    /// Selects the alternative at `position` with a fresh value; a position beyond them does nothing.
+    /// Selects the alternative at `position` with a fresh value; a position beyond them does
+    /// nothing.
     void setSelection(std::size_t position) {
         ASN1::setSelection(*TypeOf<T>::value, self(), position);
     }

@@ -15,12 +15,18 @@ constexpr Member commonAuthenticationObjectAttributesRows[] = {
 };
 
 constexpr NamedNumber pinFlagsBits[] = {
-    {"case-sensitive", 0},  {"local", 1},
-    {"change-disabled", 2}, {"unblock-disabled", 3},
-    {"initialized", 4},     {"needs-padding", 5},
-    {"unblockingPin", 6},   {"soPin", 7},
-    {"disable-allowed", 8}, {"integrity-protected", 9},
-    {"confidentiality-protected", 10}, {"exchangeRefData", 11},
+    {"case-sensitive", 0},
+    {"local", 1},
+    {"change-disabled", 2},
+    {"unblock-disabled", 3},
+    {"initialized", 4},
+    {"needs-padding", 5},
+    {"unblockingPin", 6},
+    {"soPin", 7},
+    {"disable-allowed", 8},
+    {"integrity-protected", 9},
+    {"confidentiality-protected", 10},
+    {"exchangeRefData", 11},
 };
 
 constexpr NamedNumber pinTypeNumbers[] = {{"bcd", 0},
@@ -47,8 +53,13 @@ constexpr Member pinAttributesRows[] = {
 };
 
 constexpr NamedNumber biometricFlagsBits[] = {
-    {"local", 1},           {"change-disabled", 2},     {"unblock-disabled", 3}, {"initialized", 4},
-    {"disable-allowed", 8}, {"integrity-protected", 9}, {"confidentiality-protected", 10},
+    {"local", 1},
+    {"change-disabled", 2},
+    {"unblock-disabled", 3},
+    {"initialized", 4},
+    {"disable-allowed", 8},
+    {"integrity-protected", 9},
+    {"confidentiality-protected", 10},
 };
 
 constexpr NamedNumber bodySideNumbers[] = {{"left", 0}, {"right", 1}};

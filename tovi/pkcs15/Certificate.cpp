@@ -97,8 +97,8 @@ constinit const Type PGPCertificateAttributes::type =
     sequence<PGPCertificateAttributes>("PGPCertificateAttributes", pgpCertificateAttributesRows);
 constinit const Type WTLSCertificateAttributes::type =
     sequence<WTLSCertificateAttributes>("WTLSCertificateAttributes", wtlsCertificateAttributesRows);
-constinit const Type X9_68CertificateAttributes::type =
-    sequence<X9_68CertificateAttributes>("X9-68CertificateAttributes", x9_68CertificateAttributesRows);
+constinit const Type X9_68CertificateAttributes::type = sequence<X9_68CertificateAttributes>(
+    "X9-68CertificateAttributes", x9_68CertificateAttributesRows);
 constinit const Type CVCertificateAttributes::type =
     sequence<CVCertificateAttributes>("CVCertificateAttributes", cvCertificateAttributesRows);
 constinit const Type CertificateType::type =

@@ -64,13 +64,12 @@ constinit const Type KeyAccessFlags::type =
     namedBits<KeyAccessFlags>("KeyAccessFlags", keyAccessFlagsBits);
 constinit const Type CommonKeyAttributes::type =
     sequence<CommonKeyAttributes>("CommonKeyAttributes", commonKeyAttributesRows);
-constinit const Type CommonPrivateKeyAttributes::type =
-    sequence<CommonPrivateKeyAttributes>("CommonPrivateKeyAttributes",
-                                         commonPrivateKeyAttributesRows);
+constinit const Type CommonPrivateKeyAttributes::type = sequence<CommonPrivateKeyAttributes>(
+    "CommonPrivateKeyAttributes", commonPrivateKeyAttributesRows);
 constinit const Type Usage::type = sequence<Usage>("Usage", usageRows);
-constinit const Type CommonPublicKeyAttributes::type = sequence<CommonPublicKeyAttributes>(
-    "CommonPublicKeyAttributes", commonPublicKeyAttributesRows);
-constinit const Type CommonSecretKeyAttributes::type = sequence<CommonSecretKeyAttributes>(
-    "CommonSecretKeyAttributes", commonSecretKeyAttributesRows);
+constinit const Type CommonPublicKeyAttributes::type =
+    sequence<CommonPublicKeyAttributes>("CommonPublicKeyAttributes", commonPublicKeyAttributesRows);
+constinit const Type CommonSecretKeyAttributes::type =
+    sequence<CommonSecretKeyAttributes>("CommonSecretKeyAttributes", commonSecretKeyAttributesRows);
 
 }  // namespace PKCS15

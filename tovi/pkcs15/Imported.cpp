@@ -75,8 +75,8 @@ constexpr Member attributeRows[] = {
 }  // namespace
 
 constinit const Type Name::type = opaque<Name>("Name");
-constinit const Type generalNamesType =
-    derived<GeneralNames>("GeneralNames", *ASN1::TypeOf<GeneralNames>::value, {1, ASN1::Bounds::highest});
+constinit const Type generalNamesType = derived<GeneralNames>(
+    "GeneralNames", *ASN1::TypeOf<GeneralNames>::value, {1, ASN1::Bounds::highest});
 constinit const Type KeyUsage::type = namedBits<KeyUsage>("KeyUsage", keyUsageBits);
 constinit const Type AlgorithmIdentifier::type =
     sequence<AlgorithmIdentifier>("AlgorithmIdentifier", algorithmIdentifierRows);

@@ -130,8 +130,7 @@ constexpr ASN1::TypeAlias aliases[] = {
 }  // namespace
 
 ASN1::Module& getModule() {
-    static ASN1::Module module("PKCS-15", {1, 2, 840, 113549, 1, 15, 1, 1}, types,
-                               aliases);
+    static ASN1::Module module("PKCS-15", {1, 2, 840, 113549, 1, 15, 1, 1}, types, aliases);
     return module;
 }
 

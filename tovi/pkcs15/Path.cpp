@@ -65,6 +65,7 @@ constinit const Type DigestInfoWithDefault::type =
     sequence<DigestInfoWithDefault>("DigestInfoWithDefault", digestInfoWithDefaultRows);
 constinit const Type UrlWithDigest::type = sequence<UrlWithDigest>("", urlWithDigestRows);
 constinit const Type URL::type = choice<URL>("URL", urlRows);
-constinit const Type ReferencedValue::type = choice<ReferencedValue>("ReferencedValue", referencedValueRows);
+constinit const Type ReferencedValue::type =
+    choice<ReferencedValue>("ReferencedValue", referencedValueRows);
 
 }  // namespace PKCS15

@@ -15,7 +15,8 @@ constexpr Member passwordInfoRows[] = {
 };
 
 constexpr Member managedKeyInfoRows[] = {
-    alternative<&ManagedKeyInfo::value, ManagedKeyInfo::recipientInfo>("recipientInfo").spelled("RecipientInfo"),
+    alternative<&ManagedKeyInfo::value, ManagedKeyInfo::recipientInfo>("recipientInfo")
+        .spelled("RecipientInfo"),
     alternative<&ManagedKeyInfo::value, ManagedKeyInfo::passwordInfo>("passwordInfo").tagged(0),
 };
 

@@ -23,8 +23,12 @@ constexpr Member securityEnvironmentInfoRows[] = {
 
 constexpr Member recordInfoRows[] = {
     optional<&RecordInfo::oDFRecordLength>("oDFRecordLength").tagged(0).range(0, ubRecordLength),
-    optional<&RecordInfo::prKDFRecordLength>("prKDFRecordLength").tagged(1).range(0, ubRecordLength),
-    optional<&RecordInfo::puKDFRecordLength>("puKDFRecordLength").tagged(2).range(0, ubRecordLength),
+    optional<&RecordInfo::prKDFRecordLength>("prKDFRecordLength")
+        .tagged(1)
+        .range(0, ubRecordLength),
+    optional<&RecordInfo::puKDFRecordLength>("puKDFRecordLength")
+        .tagged(2)
+        .range(0, ubRecordLength),
     optional<&RecordInfo::sKDFRecordLength>("sKDFRecordLength").tagged(3).range(0, ubRecordLength),
     optional<&RecordInfo::cDFRecordLength>("cDFRecordLength").tagged(4).range(0, ubRecordLength),
     optional<&RecordInfo::dODFRecordLength>("dODFRecordLength").tagged(5).range(0, ubRecordLength),
@@ -39,8 +43,8 @@ constexpr Type algorithmReference() {
     // What reads and writes plain numbers serves the number in it.
     type.decode = [](const Type& self, const ASN1::Element& element, void* value,
                      ASN1::Reader& in) {
-        return ASN1::unsignedType.decode(self, element,
-                                         &ASN1::as<AlgorithmReference>(value).number, in);
+        return ASN1::unsignedType.decode(self, element, &ASN1::as<AlgorithmReference>(value).number,
+                                         in);
     };
     type.encode = [](const Type& self, const void* value, ASN1::Writer& out) {
         ASN1::unsignedType.encode(self, &ASN1::as<AlgorithmReference>(value).number, out);
@@ -70,7 +74,8 @@ constexpr Member algorithmInfoRows[] = {
         "PKCS15-ALGORITHM.&objectIdentifier ({AlgorithmSet}{@algorithm})"),
     // No bound: ISO/IEC 7816-15 has none.
     optional<&AlgorithmInfo::algRef>("algRef").as(unboundedReference),
-    // No marker stands here, but what a later edition puts behind must not make TokenInfo unreadable.
+    // No marker stands here, but what a later edition puts behind must not make TokenInfo
+    // unreadable.
     extension<&AlgorithmInfo::unknown>().kindness(),
 };
 

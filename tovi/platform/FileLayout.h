@@ -33,10 +33,10 @@ struct FileLayout {
     /// That one stays where it is: with other octets in front of its end it would be another
     /// record.
     std::size_t limit = 0;
-    bool isWalled = false;     ///< such a record stands at `limit`
+    bool isWalled = false;  ///< such a record stands at `limit`
     /// The file is compact, and stays so with all records where they are.
     bool keepsPlaces = false;
-    std::uint8_t fill = 0;     ///< the value of padding in this file
+    std::uint8_t fill = 0;              ///< the value of padding in this file
     std::vector<std::uint8_t> cleared;  ///< the file without erased and stale octets at its end
     std::vector<std::uint8_t> target;   ///< the file as it is to be
 

@@ -1,53 +1,13 @@
 #include "tools/CardAccess.h"
 
-#include <chrono>
 #include <ostream>
-#include <string_view>
 
 #include "tools/Paths.h"
 #include "tools/Text.h"
-#include "tovi/card/CardFolderError.h"
 #include "tovi/interfaces/CardProfile.h"
 
 namespace tovi {
 namespace {
-
-constexpr std::chrono::milliseconds patience{10000};  // with other users of a folder
-constexpr std::chrono::milliseconds slice{50};        // of it, between two looks for an interrupt
-
-std::string folderNamed(Invocation& call) {
-    const GlobalOptions& options = call.options();
-    if (!options.reader.empty()) {
-        throw Failure("readers are not supported by this build; use --card DIR", call.operation());
-    }
-    const std::string& folder = options.card.empty() ? call.console().defaultCard : options.card;
-    if (folder.empty()) {
-        throw UsageError(
-            "no card: name one with --card DIR or TOVI_CARD; 'tovi init DIR' makes a card folder");
-    }
-    return folder;
-}
-
-bool isInUse(const CardFolderError& error) {
-    return std::string_view(error.GetMessage()) == "card folder in use";
-}
-
-/// Opens the folder as soon as nobody else has it; Interrupted when the user gives up before.
-std::unique_ptr<CardFolder> openFolder(Invocation& call, CardFolder::Mode mode) {
-    const std::string folder = folderNamed(call);
-    CardFolder::Options options;
-    options.mode = mode;
-    options.patience = slice;
-    const auto end = std::chrono::steady_clock::now() + patience;
-    for (;;) {
-        call.checkInterrupt();
-        try {
-            return std::make_unique<CardFolder>(folder, options);
-        } catch (const CardFolderError& error) {
-            if (!isInUse(error) || std::chrono::steady_clock::now() >= end) throw;
-        }
-    }
-}
 
 std::unique_ptr<TraceChannel> traced(ICardChannel& channel, Invocation& call) {
     if (!call.options().trace) return nullptr;
@@ -64,9 +24,8 @@ ICardChannel& outermost(const std::unique_ptr<TraceChannel>& trace, ICardChannel
 
 CardAccess::CardAccess(Invocation& call, CardFolder::Mode mode)
     : aid_(call.options().aid.empty() ? PKCS15_AID : *fromHex(call.options().aid)),
-      folder_(openFolder(call, mode)),
-      card_(folder_->card()),
-      interruptible_(card_, call),
+      source_(openCardSource(call, mode)),
+      interruptible_(source_->channel(), call),
       trace_(traced(interruptible_, call)),
       commands_(outermost(trace_, interruptible_)),
       application_(commands_, aid_),
@@ -81,7 +40,9 @@ Blob CardAccess::rootPath() const {
 Blob CardAccess::findApplication() {
     // A card may select an application by the beginning of its identifier (ISO/IEC 7816-4:2005,
     // 8.2.1.2), so the first DF that begins so is the one that will be selected.
-    for (const FileDescription& file : folder_->description().files()) {
+    const CardDescription* card = source_->description();
+    if (card == nullptr) return pathInDirectory();
+    for (const FileDescription& file : card->files()) {
         if (file.kind == FileDescription::Kind::df && !file.aid.empty() &&
             beginsWith(file.aid, aid_)) {
             return Blob(file.path.begin() + 2, file.path.end());
@@ -104,7 +65,9 @@ ApplicationPlace CardAccess::place() {
 
 std::optional<std::size_t> CardAccess::recordCapacity(const Blob& path) const {
     using Kind = FileDescription::Kind;
-    for (const FileDescription& file : folder_->description().files()) {
+    const CardDescription* card = source_->description();
+    if (card == nullptr) return std::nullopt;
+    for (const FileDescription& file : card->files()) {
         const bool isLinear = file.kind == Kind::linearFixed || file.kind == Kind::linearVariable;
         if (isLinear && file.path == path) return file.size;
     }

@@ -6,9 +6,9 @@
 
 #include "tools/ApplicationCardOS.h"
 #include "tools/ApplicationFiles.h"
+#include "tools/CardSource.h"
 #include "tools/Command.h"
 #include "tools/InterruptibleChannel.h"
-#include "tovi/card/CardFolder.h"
 #include "tovi/card/ISO7816CardOS.h"
 #include "tovi/card/TraceChannel.h"
 
@@ -16,9 +16,8 @@ namespace tovi {
 
 /// The card that the command line names, with its application found.
 ///
-/// Throws UsageError when no card is named, Failure or CardFolderError when it cannot be used, and
-/// Interrupted when the user stops waiting for somebody else who uses the card. A card without the
-/// application is no error here: selecting it will be one.
+/// Throws what openCardSource does. A card without the application is no error here: selecting it
+/// will be one.
 class CardAccess {
 public:
     CardAccess(Invocation& call, CardFolder::Mode mode);
@@ -28,6 +27,8 @@ public:
     void setInterruptible(bool isInterruptible) {
         interruptible_.setInterruptible(isInterruptible);
     }
+    /// The card itself, as the command line names it.
+    const CardSource& source() const { return *source_; }
     /// The identifier of the application.
     const Blob& aid() const { return aid_; }
     /// The path of the application below the master file.
@@ -44,8 +45,7 @@ private:
     Blob pathInDirectory();
 
     Blob aid_;
-    std::unique_ptr<CardFolder> folder_;
-    VirtualCardChannel card_;
+    std::unique_ptr<CardSource> source_;
     InterruptibleChannel interruptible_;
     std::unique_ptr<TraceChannel> trace_;
     ISO7816CardOS commands_;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <type_traits>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Builtin.h"
 
 namespace ASN1 {
@@ -15,7 +16,7 @@ concept Described = requires {
 
 /// A value of some described type, for operations that work on all of them. Made from any such
 /// value; does not own it, so it must not outlive it.
-class AbstractData {
+class TOVI_API AbstractData {
 public:
     template <Described T>
     AbstractData(T&& value) : AbstractData(*TypeOf<std::remove_cvref_t<T>>::value, &value) {}
@@ -34,7 +35,7 @@ private:
 };
 
 /// A value of a type that is known at run time only; fresh at first.
-class AnyValue {
+class TOVI_API AnyValue {
 public:
     explicit AnyValue(const Type& type);
     AnyValue(const AnyValue& other);

@@ -4,12 +4,13 @@
 #include <cstdint>
 #include <initializer_list>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Octets.h"
 
 namespace ASN1 {
 
 /// A string of bits; bit 0 is the most significant bit of the first octet (X.690 8.6.2).
-class BIT_STRING {
+class TOVI_API BIT_STRING {
 public:
     BIT_STRING() = default;
     /// Only the named bits set: BIT_STRING{0, 6} is '1000001'B.

@@ -6,12 +6,14 @@
 #include <type_traits>
 #include <utility>
 
+#include "tovi/Export.h"
+
 namespace ASN1 {
 
 /// An optional value kept on the heap, with the interface of std::optional: for what is large and
 /// seldom there, and for types that contain themselves. A copy copies the value.
 template <class T>
-class Boxed {
+class TOVI_API Boxed {
 public:
     using value_type = T;
 

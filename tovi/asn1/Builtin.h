@@ -3,6 +3,7 @@
 #include <concepts>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/BitString.h"
 #include "tovi/asn1/Enumerated.h"
 #include "tovi/asn1/Integer.h"
@@ -13,29 +14,29 @@
 namespace ASN1 {
 
 // What the types that ASN.1 brings along do; see Type.
-bool decodeBoolean(const Type&, const Element&, void*, Reader&);
-void encodeBoolean(const Type&, const void*, Writer&);
-bool decodeInteger(const Type&, const Element&, void*, Reader&);
-void encodeInteger(const Type&, const void*, Writer&);
-bool decodeUnsigned(const Type&, const Element&, void*, Reader&);
-void encodeUnsigned(const Type&, const void*, Writer&);
-std::int64_t measureUnsigned(const void*);
-bool decodeEnumerated(const Type&, const Element&, void*, Reader&);
-void encodeEnumerated(const Type&, const void*, Writer&);
-bool decodeBits(const Type&, const Element&, void*, Reader&);
-void encodeBits(const Type&, const void*, Writer&);
-void encodeNamedBits(const Type&, const void*, Writer&);
-bool decodeOctets(const Type&, const Element&, void*, Reader&);
-void encodeOctets(const Type&, const void*, Writer&);
-std::int64_t countOctets(const void*);
-std::int64_t countTextCharacters(const void*);
-bool decodeNull(const Type&, const Element&, void*, Reader&);
-void encodeNothing(const Type&, const void*, Writer&);
-bool decodeObjectIdentifier(const Type&, const Element&, void*, Reader&);
-void encodeObjectIdentifier(const Type&, const void*, Writer&);
-bool decodeOpen(const Type&, const Element&, void*, Reader&);
-void encodeOpen(const Type&, const void*, Writer&);
-bool decodeOpaque(const Type&, const Element&, void*, Reader&);
+TOVI_API bool decodeBoolean(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeBoolean(const Type&, const void*, Writer&);
+TOVI_API bool decodeInteger(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeInteger(const Type&, const void*, Writer&);
+TOVI_API bool decodeUnsigned(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeUnsigned(const Type&, const void*, Writer&);
+TOVI_API std::int64_t measureUnsigned(const void*);
+TOVI_API bool decodeEnumerated(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeEnumerated(const Type&, const void*, Writer&);
+TOVI_API bool decodeBits(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeBits(const Type&, const void*, Writer&);
+TOVI_API void encodeNamedBits(const Type&, const void*, Writer&);
+TOVI_API bool decodeOctets(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeOctets(const Type&, const void*, Writer&);
+TOVI_API std::int64_t countOctets(const void*);
+TOVI_API std::int64_t countTextCharacters(const void*);
+TOVI_API bool decodeNull(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeNothing(const Type&, const void*, Writer&);
+TOVI_API bool decodeObjectIdentifier(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeObjectIdentifier(const Type&, const void*, Writer&);
+TOVI_API bool decodeOpen(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeOpen(const Type&, const void*, Writer&);
+TOVI_API bool decodeOpaque(const Type&, const Element&, void*, Reader&);
 
 template <class T>
 inline constexpr Lifetime lifetimeOf{
@@ -67,34 +68,34 @@ constexpr Type characterStringType(std::string_view name, std::uint32_t number) 
                            encodeOctets, countTextCharacters);
 }
 
-inline constexpr Type booleanType =
+TOVI_API inline constexpr Type booleanType =
     builtin<bool>("BOOLEAN", Kind::boolean, 1, Form::primitive, decodeBoolean, encodeBoolean);
-inline constexpr Type integerType =
+TOVI_API inline constexpr Type integerType =
     builtin<INTEGER>("INTEGER", Kind::integer, 2, Form::primitive, decodeInteger, encodeInteger);
-inline constexpr Type unsignedType =
+TOVI_API inline constexpr Type unsignedType =
     builtin<std::uint64_t>("INTEGER", Kind::unsignedInteger, 2, Form::primitive, decodeUnsigned,
                            encodeUnsigned, measureUnsigned);
-inline constexpr Type bitStringType =
+TOVI_API inline constexpr Type bitStringType =
     builtin<BIT_STRING>("BIT STRING", Kind::bitString, 3, Form::either, decodeBits, encodeBits);
-inline constexpr Type octetStringType = builtin<Octets>(
+TOVI_API inline constexpr Type octetStringType = builtin<Octets>(
     "OCTET STRING", Kind::octetString, 4, Form::either, decodeOctets, encodeOctets, countOctets);
-inline constexpr Type nullType =
+TOVI_API inline constexpr Type nullType =
     builtin<Null>("NULL", Kind::null, 5, Form::primitive, decodeNull, encodeNothing);
-inline constexpr Type objectIdentifierType =
+TOVI_API inline constexpr Type objectIdentifierType =
     builtin<OBJECT_IDENTIFIER>("OBJECT IDENTIFIER", Kind::objectIdentifier, 6, Form::primitive,
                                decodeObjectIdentifier, encodeObjectIdentifier);
-inline constexpr Type utf8StringType = characterStringType<UTF8String>("UTF8String", 12);
-inline constexpr Type printableStringType =
+TOVI_API inline constexpr Type utf8StringType = characterStringType<UTF8String>("UTF8String", 12);
+TOVI_API inline constexpr Type printableStringType =
     characterStringType<PrintableString>("PrintableString", 19);
-inline constexpr Type ia5StringType = characterStringType<IA5String>("IA5String", 22);
-inline constexpr Type generalizedTimeType =
+TOVI_API inline constexpr Type ia5StringType = characterStringType<IA5String>("IA5String", 22);
+TOVI_API inline constexpr Type generalizedTimeType =
     characterStringType<GeneralizedTime>("GeneralizedTime", 24);
-inline constexpr Type openType{.name = "ANY",
-                               .kind = Kind::open,
-                               .form = Form::either,
-                               .decode = decodeOpen,
-                               .encode = encodeOpen,
-                               .lifetime = &lifetimeOf<OpenData>};
+TOVI_API inline constexpr Type openType{.name = "ANY",
+                                        .kind = Kind::open,
+                                        .form = Form::either,
+                                        .decode = decodeOpen,
+                                        .encode = encodeOpen,
+                                        .lifetime = &lifetimeOf<OpenData>};
 
 /// The description of a C++ type. Types of a module carry theirs as a static member `type`.
 template <class T>
@@ -156,7 +157,7 @@ struct TypeOf<OpenData> {
 };
 
 template <class T>
-struct TypeOf<std::vector<T>> {
+struct TOVI_API TypeOf<std::vector<T>> {
     using List = std::vector<T>;
     static constexpr ListAccess access{
         [](const void* list) { return as<List>(list).size(); },

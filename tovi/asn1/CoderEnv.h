@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tovi/Export.h"
 #include "tovi/asn1/AbstractData.h"
 #include "tovi/asn1/Error.h"
 #include "tovi/asn1/Module.h"
@@ -9,7 +10,7 @@ namespace ASN1 {
 
 /// Decodes and encodes values, and remembers why the last one failed. Made empty; a module has to
 /// be configured before anything is coded.
-class CoderEnv {
+class TOVI_API CoderEnv {
 public:
     /// `module` must outlive the environment.
     void configure(const Module* module) { module_ = module; }

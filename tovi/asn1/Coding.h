@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tovi/Export.h"
 #include "tovi/asn1/AbstractData.h"
 #include "tovi/asn1/Error.h"
 #include "tovi/asn1/Octets.h"
@@ -13,7 +14,7 @@ enum class Rest { nothing, anything };
 /// Decodes the BER value at the beginning of `input`. False when the octets are no such value;
 /// `error` then says why and where, and `value` is as it was. Time and memory are linear in the
 /// octets given.
-bool decode(View input, AbstractData value, Error& error, Rest rest = Rest::nothing);
+TOVI_API bool decode(View input, AbstractData value, Error& error, Rest rest = Rest::nothing);
 
 /// The same for a type known to the compiler, without a detour over the heap.
 template <Described T>
@@ -21,16 +22,16 @@ bool decode(View input, T& value, Error& error, Rest rest = Rest::nothing);
 
 /// Writes the DER encoding of `value` into `out`. False, and `out` as it was, when a CHOICE has
 /// nothing selected. Constraints are not looked at.
-bool encode(AbstractData value, Octets& out);
+TOVI_API bool encode(AbstractData value, Octets& out);
 /// The DER encoding, empty when a CHOICE has nothing selected.
-Octets encode(AbstractData value);
+TOVI_API Octets encode(AbstractData value);
 
 /// Whether the value keeps every size and range of its type, in all its parts. Where cards in use
 /// are known to go beyond the module, their values count as valid; see the tables.
-bool isValid(AbstractData value);
+TOVI_API bool isValid(AbstractData value);
 
 /// Decodes into a fresh value, which a failure leaves half filled.
-bool decodeFresh(View input, const Type& type, void* fresh, Error& error, Rest rest);
+TOVI_API bool decodeFresh(View input, const Type& type, void* fresh, Error& error, Rest rest);
 
 template <Described T>
 bool decode(View input, T& value, Error& error, Rest rest) {

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 
+#include "tovi/Export.h"
+
 namespace ASN1 {
 
 /// A value of an ENUMERATED type; the types derived from this name their numbers. It may hold a
 /// number without a name: a card written to a later version of the type.
-struct ENUMERATED {
+struct TOVI_API ENUMERATED {
     std::int64_t value = 0;
 
     ENUMERATED() = default;
@@ -14,7 +16,7 @@ struct ENUMERATED {
     friend bool operator==(const ENUMERATED&, const ENUMERATED&) = default;
 };
 
-struct Null {
+struct TOVI_API Null {
     friend bool operator==(Null, Null) = default;
 };
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Tag.h"
 
 namespace ASN1 {
@@ -12,7 +13,7 @@ struct Type;
 
 /// The first thing that went wrong while decoding: what, at which octet of the input, in which
 /// member.
-struct Error {
+struct TOVI_API Error {
     enum Kind {
         none,
         truncated,      ///< an element runs past the end of what holds it
@@ -36,6 +37,6 @@ struct Error {
 };
 
 /// One line for people: "Path.efidOrPath: found INTEGER, expected OCTET STRING, at octet 2".
-std::string toString(const Error& error);
+TOVI_API std::string toString(const Error& error);
 
 }  // namespace ASN1

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "tovi/Export.h"
+
 namespace ASN1 {
 
 /// A member that PKCS#15 v1.1 has as mandatory and ISO/IEC 7816-15 as optional.
@@ -9,7 +11,7 @@ namespace ASN1 {
 /// Read as a T. Where the card leaves it out it is empty, and stays left out while it is empty; an
 /// empty one that nobody read is written with no content.
 template <class T>
-class Expected : public T {
+class TOVI_API Expected : public T {
 public:
     Expected() = default;
     Expected(const T& value) : T(value) {}

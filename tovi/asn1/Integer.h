@@ -3,6 +3,7 @@
 #include <concepts>
 #include <cstdint>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Octets.h"
 
 namespace ASN1 {
@@ -11,7 +12,7 @@ namespace ASN1 {
 ///
 /// The octets are big-endian two's complement, as on the wire (X.690 8.3), and are kept as they
 /// came; DER writes the fewest that hold the value. No octets at all are the number 0.
-class INTEGER {
+class TOVI_API INTEGER {
 public:
     INTEGER() = default;
     template <std::integral Number>

@@ -3,19 +3,20 @@
 #include <span>
 #include <string_view>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/ObjectIdentifier.h"
 #include "tovi/asn1/Type.h"
 
 namespace ASN1 {
 
 /// A second name of a type, such as that of a parameterised type with its arguments filled in.
-struct TypeAlias {
+struct TOVI_API TypeAlias {
     std::string_view name;
     const Type* type;
 };
 
 /// An ASN.1 module: its types by name.
-class Module {
+class TOVI_API Module {
 public:
     /// `types` and `aliases` must outlive the module, and so must the types.
     Module(std::string_view name, OBJECT_IDENTIFIER identifier, std::span<const Type* const> types,

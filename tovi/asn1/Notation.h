@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Type.h"
 
 namespace ASN1 {
@@ -16,6 +17,6 @@ namespace ASN1 {
 ///
 /// Bounds are numbers, a parameterized type shows its actual parameters, and rows that are there
 /// for the sake of cards of another edition are left out.
-std::string notation(const Type& type);
+TOVI_API std::string notation(const Type& type);
 
 }  // namespace ASN1

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Octets.h"
 
 namespace ASN1 {
@@ -16,7 +17,7 @@ namespace ASN1 {
 ///
 /// Without arcs it is empty, and not a valid value. Arcs that have no encoding (fewer than two, a
 /// first arc above 2, a second one above 39 below arcs 0 and 1) give an empty one too.
-class OBJECT_IDENTIFIER {
+class TOVI_API OBJECT_IDENTIFIER {
 public:
     using Arc = std::uint64_t;
 

@@ -10,6 +10,8 @@
 #include <span>
 #include <type_traits>
 
+#include "tovi/Export.h"
+
 namespace ASN1 {
 
 /// Octets that belong to somebody else.
@@ -22,7 +24,7 @@ using View = std::span<const std::uint8_t>;
 /// never throw and leave the source empty. Growing either succeeds or throws (std::bad_alloc,
 /// std::length_error beyond 4 GiB) and leaves the contents as they were. Arguments may lie inside
 /// the object itself.
-class Octets {
+class TOVI_API Octets {
 public:
     using value_type = std::uint8_t;
     using size_type = std::size_t;

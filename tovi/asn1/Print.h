@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/AbstractData.h"
 
 namespace ASN1 {
@@ -19,6 +20,6 @@ namespace ASN1 {
 /// What has no notation here is a comment: "-- unknown: '9E0403020000'H --". Text that is not UTF-8
 /// or holds control characters, and INTEGERs beyond 64 bits, are shown in hex. The length is linear
 /// in that of the value's encoding.
-std::string print(AbstractData value);
+TOVI_API std::string print(AbstractData value);
 
 }  // namespace ASN1

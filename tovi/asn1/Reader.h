@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Error.h"
 #include "tovi/asn1/Octets.h"
 #include "tovi/asn1/Tag.h"
@@ -12,7 +13,7 @@
 namespace ASN1 {
 
 /// One element of the input. Both views point into the caller's octets.
-struct Element {
+struct TOVI_API Element {
     Tag tag;
     bool constructed = false;
     View content;  ///< without end-of-contents octets
@@ -25,7 +26,7 @@ struct Element {
 /// Never reads outside its input, never allocates on success, and nests at most `maxDepth` levels.
 /// A failing operation returns false (or nothing) and leaves what went wrong in the Error that all
 /// readers of one input share; the first failure stays.
-class Reader {
+class TOVI_API Reader {
 public:
     static constexpr unsigned maxDepth = 24;
 

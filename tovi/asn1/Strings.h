@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Octets.h"
 
 namespace ASN1 {
@@ -12,7 +13,7 @@ using OCTET_STRING = Octets;
 
 /// A character string as the octets that are on the wire, whatever they are; UTF-8 is not enforced.
 template <std::uint32_t TagNumber>
-struct CharacterString : Octets {
+struct TOVI_API CharacterString : Octets {
     using Octets::Octets;
     using Octets::operator=;
     CharacterString() = default;
@@ -35,7 +36,7 @@ using IA5String = CharacterString<22>;
 using GeneralizedTime = CharacterString<24>;
 
 /// One whole element of a type that is not looked into: header and content, as they came.
-struct OpenData : Octets {
+struct TOVI_API OpenData : Octets {
     using Octets::Octets;
     using Octets::operator=;
     OpenData() = default;
@@ -43,7 +44,7 @@ struct OpenData : Octets {
 };
 
 /// Characters of UTF-8 text; octets when they are not UTF-8 (RFC 3629).
-std::size_t countCharacters(View octets);
-bool isUTF8(View octets);
+TOVI_API std::size_t countCharacters(View octets);
+TOVI_API bool isUTF8(View octets);
 
 }  // namespace ASN1

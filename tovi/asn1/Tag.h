@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <string>
 
+#include "tovi/Export.h"
+
 namespace ASN1 {
 
 /// Class and number of a tag. The constructed bit is kept apart: a BER sender may choose the form
 /// of a string (X.690 8.7.1).
-class Tag {
+class TOVI_API Tag {
 public:
     enum Class : std::uint8_t {
         universal = 0x00,
@@ -40,6 +42,6 @@ constexpr Tag context(std::uint32_t number) { return {Tag::context, number}; }
 
 /// The tag as the notation has it, "[3]", "[APPLICATION 15]"; a universal one by the name of its
 /// type, "OCTET STRING".
-std::string toString(Tag tag);
+TOVI_API std::string toString(Tag tag);
 
 }  // namespace ASN1

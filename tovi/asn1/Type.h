@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Boxed.h"
 #include "tovi/asn1/Reader.h"
 #include "tovi/asn1/Strings.h"
@@ -50,7 +51,7 @@ enum class Kind : std::uint8_t {
 enum class Form : std::uint8_t { primitive, constructed, either };
 
 /// A number with a name: a bit of a BIT STRING, a value of an ENUMERATED or an INTEGER.
-struct NamedNumber {
+struct TOVI_API NamedNumber {
     std::string_view name;
     std::int64_t number;
 };
@@ -58,7 +59,7 @@ struct NamedNumber {
 /// The number of the "..." among the names of an ENUMERATED.
 constexpr std::int64_t noNumber = std::numeric_limits<std::int64_t>::min();
 
-struct Bounds {
+struct TOVI_API Bounds {
     static constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
     static constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
     std::int64_t low = lowest;
@@ -69,14 +70,14 @@ struct Bounds {
 };
 
 /// How the interpreter walks a SEQUENCE OF without knowing its element type.
-struct ListAccess {
+struct TOVI_API ListAccess {
     std::size_t (*size)(const void* list);
     const void* (*at)(const void* list, std::size_t index);
     void* (*append)(void* list);
 };
 
 /// How the interpreter makes, moves and destroys values of a C++ type it does not know.
-struct Lifetime {
+struct TOVI_API Lifetime {
     std::size_t size, alignment;
     void (*construct)(void* room);
     void (*destroy)(void* object);
@@ -86,7 +87,7 @@ struct Lifetime {
 
 /// Constant description of one ASN.1 type. In all functions `value` points at the matching C++
 /// object.
-struct Type {
+struct TOVI_API Type {
     std::string_view name;  ///< as spelled in the ASN.1 module; empty for a type written in place
     Kind kind = Kind::open;
     Tag tag = {};  ///< Tag::none for CHOICE and open types
@@ -132,7 +133,7 @@ private:
 };
 
 /// How the interpreter handles the C++ member behind a row.
-struct SlotAccess {
+struct TOVI_API SlotAccess {
     const void* (*get)(const void* slot);  ///< the value, nullptr while absent
     void* (*make)(void* slot);             ///< brings a fresh value into being
     void (*clear)(void* slot);             ///< makes it absent
@@ -149,7 +150,7 @@ enum class Presence : std::uint8_t {
 };
 
 /// One row of a SEQUENCE or CHOICE table.
-struct Member {
+struct TOVI_API Member {
     std::string_view name;  ///< as spelled in the ASN.1 module
     const Type* type;
     Tag tag = {};  ///< in front of the type, or Tag::none
@@ -188,20 +189,20 @@ struct Member {
 };
 
 // The interpreter, for the tables.
-bool decodeSequence(const Type&, const Element&, void*, Reader&);
-bool decodeChoice(const Type&, const Element&, void*, Reader&);
-bool decodeList(const Type&, const Element&, void*, Reader&);
-void encodeSequence(const Type&, const void*, Writer&);
-void encodeChoice(const Type&, const void*, Writer&);
-void encodeList(const Type&, const void*, Writer&);
+TOVI_API bool decodeSequence(const Type&, const Element&, void*, Reader&);
+TOVI_API bool decodeChoice(const Type&, const Element&, void*, Reader&);
+TOVI_API bool decodeList(const Type&, const Element&, void*, Reader&);
+TOVI_API void encodeSequence(const Type&, const void*, Writer&);
+TOVI_API void encodeChoice(const Type&, const void*, Writer&);
+TOVI_API void encodeList(const Type&, const void*, Writer&);
 
 /// The row at `position`, extension points not counted; nullptr past the last one.
-const Member* memberAt(const Type& type, std::size_t position);
+TOVI_API const Member* memberAt(const Type& type, std::size_t position);
 /// The row at `optionalIndex` among the members that may be left out; nullptr past the last one.
-const Member* optionalAt(const Type& type, std::size_t optionalIndex);
+TOVI_API const Member* optionalAt(const Type& type, std::size_t optionalIndex);
 /// The row named `name`, nullptr without one.
-const Member* findMember(const Type& type, std::string_view name);
+TOVI_API const Member* findMember(const Type& type, std::string_view name);
 /// The row of the alternative a CHOICE holds, nullptr while it holds none.
-const Member* chosen(const Type& type, const void* value);
+TOVI_API const Member* chosen(const Type& type, const void* value);
 
 }  // namespace ASN1

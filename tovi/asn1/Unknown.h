@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Octets.h"
 #include "tovi/asn1/Tag.h"
 
@@ -13,7 +14,7 @@ namespace ASN1 {
 /// The elements of a SEQUENCE that its table does not know: members of later versions of the type,
 /// kept octet for octet and each at its place among the known ones. Takes one pointer while there
 /// are none.
-class Unknown {
+class TOVI_API Unknown {
 public:
     /// Elements that follow one another without a known member between them.
     struct Run {

@@ -6,24 +6,25 @@
 #include <utility>
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/AbstractData.h"
 
 namespace ASN1 {
 
 // What the bases below do, for a value of any type.
-bool hasOptionalField(const Type& type, const void* value, std::size_t optionalIndex);
-void includeOptionalField(const Type& type, void* value, std::size_t optionalIndex,
-                          std::size_t position);
-void removeOptionalField(const Type& type, void* value, std::size_t optionalIndex);
-void setSelection(const Type& type, void* value, std::size_t position);
-std::string_view selectionName(const Type& type, const void* value);
+TOVI_API bool hasOptionalField(const Type& type, const void* value, std::size_t optionalIndex);
+TOVI_API void includeOptionalField(const Type& type, void* value, std::size_t optionalIndex,
+                                   std::size_t position);
+TOVI_API void removeOptionalField(const Type& type, void* value, std::size_t optionalIndex);
+TOVI_API void setSelection(const Type& type, void* value, std::size_t position);
+TOVI_API std::string_view selectionName(const Type& type, const void* value);
 
 /// Base of every SEQUENCE: its members by number.
 ///
 /// Optional indexes count the OPTIONAL and DEFAULT members, positions count all members; both begin
 /// at 0 and leave out extension markers. Numbers that name no member do nothing.
 template <class T>
-struct Sequence {
+struct TOVI_API Sequence {
     bool hasOptionalField(std::size_t optionalIndex) const {
         return ASN1::hasOptionalField(*TypeOf<T>::value, self(), optionalIndex);
     }
@@ -67,7 +68,7 @@ const T* unboxedOrNull(const Boxed<T>* box) {
 /// alternative of a later version, kept as it came) where the type is extensible, then `none`, as
 /// which a fresh CHOICE begins.
 template <class T>
-struct Choice {
+struct TOVI_API Choice {
     /// Selects the alternative at `position` with a fresh value; a position beyond them does
     /// nothing.
     void setSelection(std::size_t position) {

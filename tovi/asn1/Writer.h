@@ -4,13 +4,14 @@
 #include <cstdint>
 #include <memory>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Octets.h"
 #include "tovi/asn1/Tag.h"
 
 namespace ASN1 {
 
 /// Builds DER back to front, so that every length is known by the time its header is written.
-class Writer {
+class TOVI_API Writer {
 public:
     Writer() : begin_(local_), start_(local_ + sizeof local_), end_(start_) {}
     Writer(const Writer&) = delete;

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace tovi {
@@ -28,7 +29,7 @@ inline constexpr std::uint8_t appendRecord = 0xE2;
 inline constexpr std::uint8_t chainingBit = 0x10;
 
 /// One command: header, data field, and how many octets are expected back.
-struct CommandApdu {
+struct TOVI_API CommandApdu {
     static constexpr std::size_t shortData = 255;       ///< the most data of a short command
     static constexpr std::size_t shortExpected = 256;   ///< the most a short command can ask for
     static constexpr std::size_t extendedData = 65535;  ///< the same with extended length fields
@@ -53,7 +54,7 @@ struct CommandApdu {
 };
 
 /// One response: data and status word.
-struct ResponseApdu {
+struct TOVI_API ResponseApdu {
     Blob data;
     std::uint16_t status = 0;
 

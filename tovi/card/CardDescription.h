@@ -10,13 +10,14 @@
 #include <utility>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/card/CardFolderError.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace tovi {
 
 /// What has to hold before a file is read or changed.
-struct AccessRule {
+struct TOVI_API AccessRule {
     enum class Kind : std::uint8_t { always, never, pin };
     Kind kind = Kind::always;
     std::uint8_t reference = 0;  ///< of the PIN, for Kind::pin: P2 of VERIFY
@@ -25,7 +26,7 @@ struct AccessRule {
 };
 
 /// What a card has of one file, its contents apart.
-struct FileDescription {
+struct TOVI_API FileDescription {
     enum class Kind : std::uint8_t { df, transparent, linearVariable, linearFixed };
 
     Blob path;  ///< from 3F00 on, two octets a step
@@ -41,7 +42,7 @@ struct FileDescription {
 };
 
 /// A PIN: the value that VERIFY compares with, and how often it may be wrong.
-struct PinDescription {
+struct TOVI_API PinDescription {
     std::uint8_t reference = 0;  ///< P2 of VERIFY
     Blob value;
     unsigned tries = 3;
@@ -68,7 +69,7 @@ struct PinDescription {
 /// Bounds: 16 MiB a file, 64 MiB a card, 254 records of at most 65535 octets, 8 steps a path, 4096
 /// files, 1 MiB of text. The master file is always there; any other DF has its line above those of
 /// its files.
-class CardDescription {
+class TOVI_API CardDescription {
 public:
     static constexpr std::size_t maxFileSize = std::size_t{16} << 20;
     static constexpr std::size_t maxCardSize = std::size_t{64} << 20;
@@ -122,6 +123,6 @@ private:
 };
 
 /// "3F00/5015/5031": a path as CARD spells it, and the name of the contents in a card folder.
-std::string pathName(ASN1::View path);
+TOVI_API std::string pathName(ASN1::View path);
 
 }  // namespace tovi

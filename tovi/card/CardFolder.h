@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/card/CardDescription.h"
 #include "tovi/card/FolderFiles.h"
 #include "tovi/card/VirtualCard.h"
@@ -13,7 +14,7 @@
 namespace tovi {
 
 /// What a new elementary file holds: octets when transparent, records when linear.
-struct FileContents {
+struct TOVI_API FileContents {
     Blob octets;
     std::vector<Blob> records;
 };
@@ -29,7 +30,7 @@ struct FileContents {
 /// before a wrong value is answered.
 ///
 /// One CardFolder that writes, or several that read, may have a folder open at a time.
-class CardFolder final : private VirtualCardStorage {
+class TOVI_API CardFolder final : private VirtualCardStorage {
 public:
     enum class Mode { readOnly, readWrite };
 

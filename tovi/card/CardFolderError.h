@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Exception.h"
 
 namespace tovi {
@@ -12,7 +13,7 @@ namespace tovi {
 /// A card folder that cannot be made or used. GetMessage is one of "invalid card description",
 /// "card folder not readable", "card folder not writable", "card folder in use" and "card folder
 /// exists"; the code is 0.
-class CardFolderError : public SmartcardException {
+class TOVI_API CardFolderError : public SmartcardException {
 public:
     CardFolderError(const char* message, const char* operation, std::string text)
         : SmartcardException(message, operation),

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "tovi/Export.h"
 #include "tovi/card/Apdu.h"
 #include "tovi/card/ICardChannel.h"
 
@@ -9,7 +10,7 @@ namespace tovi {
 
 /// What the card behind a channel understands beside short commands; its historical bytes or
 /// EF(ATR) say so (ISO/IEC 7816-4).
-struct CardCapabilities {
+struct TOVI_API CardCapabilities {
     bool extendedLength = false;
     bool commandChaining = false;
     /// The most octets for one read and one write; 0: as many as the length fields carry, with
@@ -22,7 +23,7 @@ struct CardCapabilities {
 /// repetition with the right Le after 6CXX (ISO/IEC 7816-4:2005, 5.1.3).
 ///
 /// Sends at most one repetition per command, and GET RESPONSE only as long as each brings data.
-class CommandExchange {
+class TOVI_API CommandExchange {
 public:
     CommandExchange(ICardChannel& channel, const CardCapabilities& capabilities);
 

@@ -3,12 +3,13 @@
 #include <cstddef>
 #include <map>
 
+#include "tovi/Export.h"
 #include "tovi/card/ICardChannel.h"
 
 namespace tovi {
 
 /// Passes commands on and counts them.
-class CountingChannel final : public ICardChannel {
+class TOVI_API CountingChannel final : public ICardChannel {
 public:
     struct Counts {
         std::size_t commands = 0;        ///< including those that the channel failed on

@@ -2,12 +2,13 @@
 
 #include <chrono>
 
+#include "tovi/Export.h"
 #include "tovi/card/ICardChannel.h"
 
 namespace tovi {
 
 /// Passes commands on and takes as long as a card on a slow line would.
-class DelayingChannel final : public ICardChannel {
+class TOVI_API DelayingChannel final : public ICardChannel {
 public:
     struct Cost {
         std::chrono::nanoseconds command{};  ///< for each command

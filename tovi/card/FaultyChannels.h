@@ -4,13 +4,14 @@
 #include <cstdint>
 #include <functional>
 
+#include "tovi/Export.h"
 #include "tovi/card/ICardChannel.h"
 
 namespace tovi {
 
 /// Answers one chosen command itself, with a status word or as if the card could not be reached.
 /// The card never sees that command; it sees all others.
-class FailingChannel final : public ICardChannel {
+class TOVI_API FailingChannel final : public ICardChannel {
 public:
     using Choice = std::function<bool(const Blob& command)>;
     static constexpr std::uint16_t unreachable = 0;  ///< instead of a status word: throws, code 0
@@ -33,7 +34,7 @@ private:
 };
 
 /// A card pulled out at one chosen command: that one and every later one throws with code 0.
-class TearingChannel final : public ICardChannel {
+class TOVI_API TearingChannel final : public ICardChannel {
 public:
     enum class Moment {
         beforeCommand,   ///< the chosen command is not performed

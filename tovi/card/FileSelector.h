@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "tovi/Export.h"
 #include "tovi/card/CommandExchange.h"
 
 namespace tovi {
@@ -14,7 +15,7 @@ namespace tovi {
 /// refuses that form gets other P2, then the steps one by one with P1 = 00; what it accepts comes
 /// first from then on. A path below the application selects the application anew where another DF
 /// has become current, or seems to.
-class FileSelector {
+class TOVI_API FileSelector {
 public:
     /// `exchange` must outlive this object.
     explicit FileSelector(CommandExchange& exchange) : exchange_(exchange) {}

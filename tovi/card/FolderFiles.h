@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace tovi {
@@ -14,7 +15,7 @@ namespace tovi {
 ///
 /// Failures come back as text, "3F00/5015/5031: No such file or directory"; an empty text is
 /// success.
-class FolderFiles {
+class TOVI_API FolderFiles {
 public:
     FolderFiles() = default;
     ~FolderFiles();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace tovi {
@@ -7,7 +8,7 @@ namespace tovi {
 /// The way to a card: one command APDU in, one response APDU out.
 ///
 /// Derive from it to bring a transport of your own. Not thread-safe.
-class ICardChannel {
+class TOVI_API ICardChannel {
 public:
     virtual ~ICardChannel() = default;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tovi/Export.h"
 #include "tovi/card/CommandExchange.h"
 #include "tovi/card/FileSelector.h"
 #include "tovi/interfaces/ISCardOS.h"
@@ -18,7 +19,7 @@ namespace tovi {
 /// Selecting a file and reading at most maxRead() octets of it are one command each; see
 /// FileSelector for the cards that need more. Files over 32768 octets are read and written with the
 /// odd instructions behind offset 7FFF.
-class ISO7816CardOS final : public ISCardOS {
+class TOVI_API ISO7816CardOS final : public ISCardOS {
 public:
     /// `channel` must outlive this object.
     explicit ISO7816CardOS(ICardChannel& channel, const CardCapabilities& capabilities = {});

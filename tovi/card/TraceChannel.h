@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "tovi/Export.h"
 #include "tovi/card/ICardChannel.h"
 
 namespace tovi {
@@ -16,7 +17,7 @@ namespace tovi {
 /// Time since the channel was made, direction, octets in hex, and set apart the status word of a
 /// response. The data of commands that carry PINs and other secrets is left out: `00200001 (data
 /// hidden)`. A failure of the channel is a line with `!` and its message.
-class TraceChannel final : public ICardChannel {
+class TOVI_API TraceChannel final : public ICardChannel {
 public:
     using Sink = std::function<void(const std::string& line)>;  ///< without line end
     using Clock = std::function<std::chrono::nanoseconds()>;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/card/Apdu.h"
 #include "tovi/card/ICardChannel.h"
 #include "tovi/card/VirtualCardStorage.h"
@@ -13,7 +14,7 @@
 namespace tovi {
 
 /// How a virtual card behaves where the standard leaves a choice.
-struct VirtualCardSettings {
+struct TOVI_API VirtualCardSettings {
     bool extendedLength = true;       ///< understands extended length fields, else 6700
     bool commandChaining = true;      ///< understands CLA 10, else 6884
     bool selectByPath = true;         ///< P1 08 and 09 of SELECT, else 6A86
@@ -36,7 +37,7 @@ struct VirtualCardSettings {
 /// A write that begins inside a transparent file and ends behind it is refused with 6A84, since
 /// more space is what it lacks; one that begins behind it with 6B00, as a read there is. A read at
 /// the end with Le of nought (all there is) gets 9000, with another Le 6282.
-class VirtualCard {
+class TOVI_API VirtualCard {
 public:
     VirtualCard() = default;
     VirtualCard(const VirtualCard& other);
@@ -129,7 +130,7 @@ private:
 };
 
 /// The virtual card as a channel. The card must outlive it, and may have several.
-class VirtualCardChannel final : public ICardChannel {
+class TOVI_API VirtualCardChannel final : public ICardChannel {
 public:
     explicit VirtualCardChannel(VirtualCard& card) : card_(card) {}
     Blob transmit(const Blob& command) override { return card_.process(command); }

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/card/VirtualFileSystem.h"
 
 namespace tovi {
@@ -10,7 +11,7 @@ namespace tovi {
 ///
 /// Each operation has stored everything when it returns. When it throws, the card answers 6581 and
 /// goes on with what it had before.
-class VirtualCardStorage {
+class TOVI_API VirtualCardStorage {
 public:
     virtual ~VirtualCardStorage() = default;
 

@@ -7,12 +7,13 @@
 #include <utility>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/card/CardDescription.h"
 
 namespace tovi {
 
 /// One file of a virtual card and what it holds.
-struct VirtualFile {
+struct TOVI_API VirtualFile {
     using Kind = FileDescription::Kind;
 
     FileDescription description;
@@ -28,7 +29,7 @@ struct VirtualFile {
 };
 
 /// The files of a virtual card. A master file is always there. Copying copies all contents.
-class VirtualFileSystem {
+class TOVI_API VirtualFileSystem {
 public:
     VirtualFileSystem();
     VirtualFileSystem(const VirtualFileSystem& other);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 
+#include "tovi/Export.h"
 #include "tovi/card/CardDescription.h"
 
 namespace tovi {
@@ -10,7 +11,7 @@ namespace tovi {
 class VirtualCardStorage;
 
 /// The PINs of a virtual card: values, tries counters, and which are verified since the last reset.
-class VirtualPins {
+class TOVI_API VirtualPins {
 public:
     /// Adds a PIN or replaces the one with that reference.
     void add(const PinDescription& pin);

@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/CoderEnv.h"
 #include "tovi/interfaces/Blob.h"
 #include "tovi/interfaces/ISCardOS.h"
@@ -43,7 +44,7 @@ class InfoAppender;
 /// Every failure of the container is a SmartcardException. No operation takes a lock: use one
 /// container from one thread at a time and serialise card access. Reference-counted from 0: the
 /// creator takes the first reference, the last Release() destroys the container.
-class PKCS15Container : public RefCounterImpl<IRefCounted, 0, SyncObject> {
+class TOVI_API PKCS15Container : public RefCounterImpl<IRefCounted, 0, SyncObject> {
 public:
     /// The objects of one kind.
     template <class Info>
@@ -405,6 +406,6 @@ private:
 };
 
 /// Hook for diagnostics; leaves the stream untouched.
-std::ostream& operator<<(std::ostream& stream, PKCS15Container& container);
+TOVI_API std::ostream& operator<<(std::ostream& stream, PKCS15Container& container);
 
 }  // namespace tovi

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Octets.h"
 
 namespace tovi {
@@ -16,7 +17,7 @@ using Blob = ASN1::Octets;
 using byte_array = Blob;
 
 /// Octets that must not outlive their use, such as a PIN: overwritten before they are released.
-class MBlob {
+class TOVI_API MBlob {
 public:
     MBlob() = default;
     explicit MBlob(ASN1::View octets) : octets_(octets.begin(), octets.end()) {}

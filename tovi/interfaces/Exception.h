@@ -2,12 +2,14 @@
 
 #include <cstdint>
 
+#include "tovi/Export.h"
+
 namespace tovi {
 
 /// The root of everything the library throws: a constant message, the constant name of the
 /// operation that failed, and a code. The texts are never copied: both pointers refer to strings
 /// that live as long as the program.
-class Exception {
+class TOVI_API Exception {
 public:
     Exception(const char* message, const char* operation, std::int64_t code = 0) noexcept
         : message_(message), operation_(operation), code_(code) {}
@@ -36,7 +38,7 @@ private:
 };
 
 /// A mistake of the program rather than of the card or its contents.
-class LogicalException : public Exception {
+class TOVI_API LogicalException : public Exception {
 public:
     using Exception::Exception;
     LogicalException* Clone() const override;
@@ -45,7 +47,7 @@ public:
 };
 
 /// Every failure of card contents, card access or an argument.
-class SmartcardException : public Exception {
+class TOVI_API SmartcardException : public Exception {
 public:
     using Exception::Exception;
     SmartcardException* Clone() const override;

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace tovi {
@@ -11,7 +12,7 @@ namespace tovi {
 enum class FileStructure : std::uint8_t { transparent, linearFixed, linearVariable, other };
 
 /// What selecting an elementary file tells. A member that the card leaves out is 0.
-struct FileInfo {
+struct TOVI_API FileInfo {
     FileStructure structure = FileStructure::transparent;
     std::size_t size = 0;         ///< octets of a transparent file
     std::size_t recordSize = 0;   ///< octets of a record: exact when fixed, the most when variable
@@ -23,7 +24,7 @@ struct FileInfo {
 /// Every operation throws SmartcardException when the card refuses (code 0x10000 + status word) or
 /// cannot be reached (code 0); what it would have returned is then lost. Offsets and lengths count
 /// octets. Not thread-safe.
-class ISCardOS {
+class TOVI_API ISCardOS {
 public:
     virtual ~ISCardOS() = default;
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace tovi {
@@ -12,7 +13,7 @@ namespace tovi {
 ///
 /// Valid from construction. The boolean attributes that keys and certificates carry are kept as two
 /// bits each; any other attribute as its octets.
-class PKCS11Attrs {
+class TOVI_API PKCS11Attrs {
 public:
     PKCS11Attrs() = default;
     PKCS11Attrs(const PKCS11Attrs& other);

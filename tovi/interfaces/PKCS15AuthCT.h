@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/Authentication.h"
 
 namespace ASN1 {
@@ -23,7 +24,7 @@ struct PKCS15ObjectInfo;
 /// Each decoder fills the common attributes, the AuthInfo part, and for PINs and templates
 /// `reference`, as far as the record goes, also when it breaks a constraint, and returns whether
 /// the record was understood and its access control part is acceptable.
-class PKCS15AuthCT {
+class TOVI_API PKCS15AuthCT {
 public:
     using Info = PKCS15ObjectInfo<AuthInfo>;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace PKCS15 {
@@ -9,7 +10,7 @@ struct CommonObjectAttributes;
 namespace tovi {
 
 /// The access-control part of an object (accessControlRules, PKCS#15 v1.1).
-class PKCS15CT {
+class TOVI_API PKCS15CT {
 public:
     /// True unless accessControlRules is present and breaks a constraint of its type.
     static bool decodeAuthConstraints(const PKCS15::CommonObjectAttributes& attributes);

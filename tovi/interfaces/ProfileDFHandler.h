@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace tovi {
@@ -33,7 +34,7 @@ class ISCardOS;
 /// 0x16A84, when no file has room, card and indices unchanged; all others with code 0. What the
 /// card reports comes through with its own code, 0x10000 + status word, but not from
 /// DeleteSequence.
-class ProfileDFHandler {
+class TOVI_API ProfileDFHandler {
 public:
     /// Binds the handler to the application at `appPath`: two octets a step, without 3F00.
     explicit ProfileDFHandler(const Blob& appPath);

@@ -2,10 +2,12 @@
 
 #include <mutex>
 
+#include "tovi/Export.h"
+
 namespace tovi {
 
 /// A mutex under the name that the reference count uses.
-class SyncObject {
+class TOVI_API SyncObject {
 public:
     void Lock() { mutex_.lock(); }
     void Unlock() { mutex_.unlock(); }
@@ -16,7 +18,7 @@ private:
 
 /// Holds a SyncObject locked for as long as the guard lives.
 template <class Sync>
-class GuardT {
+class TOVI_API GuardT {
 public:
     explicit GuardT(Sync& sync) : sync_(sync) { sync_.Lock(); }
     ~GuardT() { sync_.Unlock(); }
@@ -28,7 +30,7 @@ private:
 };
 
 /// An object whose life is a count of references.
-class IRefCounted {
+class TOVI_API IRefCounted {
 public:
     virtual ~IRefCounted() = default;
     /// Takes one more reference.
@@ -40,7 +42,7 @@ public:
 /// Counts references under a lock of its own; the count starts at `Initial`, so with 0 the creator
 /// takes the first reference.
 template <class Base, long Initial, class Sync>
-class RefCounterImpl : public Base {
+class TOVI_API RefCounterImpl : public Base {
 public:
     RefCounterImpl() = default;
     RefCounterImpl(const RefCounterImpl&) = delete;

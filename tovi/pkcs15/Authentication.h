@@ -4,6 +4,7 @@
 #include <optional>
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Expected.h"
 #include "tovi/pkcs15/Basic.h"
 #include "tovi/pkcs15/PKCS15Object.h"
@@ -17,7 +18,7 @@ namespace PKCS15 {
 ///     CommonAuthenticationObjectAttributes ::= SEQUENCE {
 ///         authId  Identifier,
 ///         ... }
-struct CommonAuthenticationObjectAttributes
+struct TOVI_API CommonAuthenticationObjectAttributes
     : ASN1::Sequence<CommonAuthenticationObjectAttributes> {
     ASN1::Expected<Identifier> authId;
     ASN1::Unknown unknown;
@@ -25,10 +26,10 @@ struct CommonAuthenticationObjectAttributes
 };
 
 ///     PinFlags ::= BIT STRING {
-///         case-sensitive (0), local (1), change-disabled (2), unblock-disabled (3), initialized (4),
-///         needs-padding (5), unblockingPin (6), soPin (7), disable-allowed (8),
+///         case-sensitive (0), local (1), change-disabled (2), unblock-disabled (3), initialized
+///         (4), needs-padding (5), unblockingPin (6), soPin (7), disable-allowed (8),
 ///         integrity-protected (9), confidentiality-protected (10), exchangeRefData (11) }
-struct PinFlags : ASN1::BIT_STRING {
+struct TOVI_API PinFlags : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t {
         case_sensitive,
@@ -48,7 +49,7 @@ struct PinFlags : ASN1::BIT_STRING {
 };
 
 ///     PinType ::= ENUMERATED { bcd, ascii-numeric, utf8, ..., half-nibble-bcd, iso9564-1 }
-struct PinType : ASN1::ENUMERATED {
+struct TOVI_API PinType : ASN1::ENUMERATED {
     using ASN1::ENUMERATED::ENUMERATED;
     enum Number : std::int64_t { bcd, ascii_numeric, utf8, half_nibble_bcd, iso9564_1 };
     static const ASN1::Type type;
@@ -65,7 +66,7 @@ struct PinType : ASN1::ENUMERATED {
 ///         lastPinChange  GeneralizedTime OPTIONAL,
 ///         path           Path OPTIONAL,
 ///         ... }
-struct PinAttributes : ASN1::Sequence<PinAttributes> {
+struct TOVI_API PinAttributes : ASN1::Sequence<PinAttributes> {
     PinFlags pinFlags;
     PinType pinType;
     std::uint64_t minLength = 4;
@@ -80,9 +81,9 @@ struct PinAttributes : ASN1::Sequence<PinAttributes> {
 };
 
 ///     BiometricFlags ::= BIT STRING {
-///         local (1), change-disabled (2), unblock-disabled (3), initialized (4), disable-allowed (8),
-///         integrity-protected (9), confidentiality-protected (10) }
-struct BiometricFlags : ASN1::BIT_STRING {
+///         local (1), change-disabled (2), unblock-disabled (3), initialized (4), disable-allowed
+///         (8), integrity-protected (9), confidentiality-protected (10) }
+struct TOVI_API BiometricFlags : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t {
         local = 1,
@@ -97,14 +98,14 @@ struct BiometricFlags : ASN1::BIT_STRING {
 };
 
 /// The ENUMERATED in place of FingerPrint.hand and IrisScan.eye.
-struct BodySide : ASN1::ENUMERATED {
+struct TOVI_API BodySide : ASN1::ENUMERATED {
     using ASN1::ENUMERATED::ENUMERATED;
     enum Number : std::int64_t { left, right };
     static const ASN1::Type type;
 };
 
 /// The ENUMERATED in place of FingerPrint.finger.
-struct Finger : ASN1::ENUMERATED {
+struct TOVI_API Finger : ASN1::ENUMERATED {
     using ASN1::ENUMERATED::ENUMERATED;
     enum Number : std::int64_t { thumb, pointerFinger, middleFinger, ringFinger, littleFinger };
     static const ASN1::Type type;
@@ -114,7 +115,7 @@ struct Finger : ASN1::ENUMERATED {
 ///         hand    ENUMERATED { left, right },
 ///         finger  ENUMERATED { thumb, pointerFinger, middleFinger, ringFinger, littleFinger },
 ///         ... }
-struct FingerPrint : ASN1::Sequence<FingerPrint> {
+struct TOVI_API FingerPrint : ASN1::Sequence<FingerPrint> {
     BodySide hand;
     Finger finger;
     ASN1::Unknown unknown;
@@ -124,7 +125,7 @@ struct FingerPrint : ASN1::Sequence<FingerPrint> {
 ///     IrisScan ::= SEQUENCE {
 ///         eye  ENUMERATED { left, right },
 ///         ... }
-struct IrisScan : ASN1::Sequence<IrisScan> {
+struct TOVI_API IrisScan : ASN1::Sequence<IrisScan> {
     BodySide eye;
     ASN1::Unknown unknown;
     static const ASN1::Type type;
@@ -134,14 +135,14 @@ struct IrisScan : ASN1::Sequence<IrisScan> {
 ///         fingerPrint  FingerPrint,
 ///         irisScan     [0] IrisScan,
 ///         ... }
-struct BiometricType : ASN1::Choice<BiometricType> {
+struct TOVI_API BiometricType : ASN1::Choice<BiometricType> {
     enum Alternative : std::size_t { fingerPrint, irisScan, unknown, none };
     std::variant<FingerPrint, IrisScan, ASN1::OpenData, std::monostate> value{std::monostate()};
     static const ASN1::Type type;
 };
 
-/// ISO/IEC 7816-15:2016 also has [APPLICATION 96] and [APPLICATION 97] in place of the attributes: such an
-/// element is kept in `otherForm` and written back in place of all members.
+/// ISO/IEC 7816-15:2016 also has [APPLICATION 96] and [APPLICATION 97] in place of the attributes:
+/// such an element is kept in `otherForm` and written back in place of all members.
 ///
 ///     BiometricAttributes ::= SEQUENCE {
 ///         bioFlags      BiometricFlags,
@@ -151,7 +152,7 @@ struct BiometricType : ASN1::Choice<BiometricType> {
 ///         lastChange    GeneralizedTime OPTIONAL,
 ///         path          Path OPTIONAL,
 ///         ... }
-struct BiometricAttributes : ASN1::Sequence<BiometricAttributes> {
+struct TOVI_API BiometricAttributes : ASN1::Sequence<BiometricAttributes> {
     BiometricFlags bioFlags;
     ASN1::OBJECT_IDENTIFIER templateId;
     BiometricType bioType;
@@ -167,7 +168,7 @@ struct BiometricAttributes : ASN1::Sequence<BiometricAttributes> {
 ///         derivedKey  BOOLEAN DEFAULT TRUE,
 ///         authKeyId   Identifier,
 ///         ... }
-struct AuthKeyAttributes : ASN1::Sequence<AuthKeyAttributes> {
+struct TOVI_API AuthKeyAttributes : ASN1::Sequence<AuthKeyAttributes> {
     std::optional<bool> derivedKey;
     Identifier authKeyId;
     ASN1::Unknown unknown;
@@ -177,7 +178,8 @@ struct AuthKeyAttributes : ASN1::Sequence<AuthKeyAttributes> {
 ///     CertBasedAuthenticationAttributes ::= SEQUENCE {
 ///         cha  OCTET STRING,
 ///         ... }
-struct CertBasedAuthenticationAttributes : ASN1::Sequence<CertBasedAuthenticationAttributes> {
+struct TOVI_API CertBasedAuthenticationAttributes
+    : ASN1::Sequence<CertBasedAuthenticationAttributes> {
     ASN1::OCTET_STRING cha;
     ASN1::Unknown unknown;
     static const ASN1::Type type;
@@ -187,7 +189,7 @@ struct CertBasedAuthenticationAttributes : ASN1::Sequence<CertBasedAuthenticatio
 ///         authKeyAttributes    AuthKeyAttributes,
 ///         certBasedAttributes  [0] CertBasedAuthenticationAttributes,
 ///         ... }
-struct ExternalAuthObjectAttributes : ASN1::Choice<ExternalAuthObjectAttributes> {
+struct TOVI_API ExternalAuthObjectAttributes : ASN1::Choice<ExternalAuthObjectAttributes> {
     enum Alternative : std::size_t { authKeyAttributes, certBasedAttributes, unknown, none };
     std::variant<AuthKeyAttributes, CertBasedAuthenticationAttributes, ASN1::OpenData,
                  std::monostate>
@@ -210,7 +212,7 @@ using AuthenticationObject =
 ///         biometricTemplate  [0] AuthenticationObject {BiometricAttributes},
 ///         authKey            [1] AuthenticationObject {AuthKeyAttributes},
 ///         external           [2] AuthenticationObject {ExternalAuthObjectAttributes} }
-struct AuthenticationType : ASN1::Choice<AuthenticationType> {
+struct TOVI_API AuthenticationType : ASN1::Choice<AuthenticationType> {
     enum Alternative : std::size_t { pin, biometricTemplate, authKey, external, unknown, none };
     std::variant<AuthenticationObject<PinAttributes>, AuthenticationObject<BiometricAttributes>,
                  AuthenticationObject<AuthKeyAttributes>,

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Values.h"
 
 namespace PKCS15 {
@@ -11,7 +12,7 @@ namespace PKCS15 {
 /// An identifier that one object's attributes share with another's.
 ///
 ///     Identifier ::= OCTET STRING (SIZE (0..pkcs15-ub-identifier))
-struct Identifier : ASN1::OCTET_STRING {
+struct TOVI_API Identifier : ASN1::OCTET_STRING {
     using ASN1::OCTET_STRING::OCTET_STRING;
     using ASN1::OCTET_STRING::operator=;
     Identifier() = default;
@@ -22,7 +23,7 @@ struct Identifier : ASN1::OCTET_STRING {
 ///     Label ::= UTF8String (SIZE (0..pkcs15-ub-label))
 ///
 /// The size counts characters, and octets where they are not UTF-8.
-struct Label : ASN1::UTF8String {
+struct TOVI_API Label : ASN1::UTF8String {
     using ASN1::UTF8String::CharacterString;
     using ASN1::UTF8String::operator=;
     Label() = default;
@@ -33,14 +34,14 @@ struct Label : ASN1::UTF8String {
 ///     Reference ::= INTEGER (0..pkcs15-ub-reference)
 ///
 /// In C++ a std::uint64_t. Cards go up to 65535; so does isValid().
-extern const ASN1::Type referenceType;
+TOVI_API extern const ASN1::Type referenceType;
 
 /// Names a key, the issuer of a certificate, or a certificate by a value of one of several kinds.
 ///
 ///     CredentialIdentifier { KEY-IDENTIFIER : IdentifierSet } ::= SEQUENCE {
 ///         idType   KEY-IDENTIFIER.&id ({IdentifierSet}),
 ///         idValue  KEY-IDENTIFIER.&Value ({IdentifierSet}{@idType}) }
-struct CredentialIdentifier : ASN1::Sequence<CredentialIdentifier> {
+struct TOVI_API CredentialIdentifier : ASN1::Sequence<CredentialIdentifier> {
     enum IdType {
         issuerAndSerialNumber = 1,
         subjectKeyId = 2,

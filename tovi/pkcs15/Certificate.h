@@ -4,11 +4,13 @@
 #include <variant>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/CommonKeyAttributes.h"
 #include "tovi/pkcs15/ObjectValue.h"
 #include "tovi/pkcs15/PKCS15Object.h"
 
-/// Records of EF(CDF), of certificates, trusted and useful ones. A certificate itself is kept as it came.
+/// Records of EF(CDF), of certificates, trusted and useful ones. A certificate itself is kept as it
+/// came.
 namespace PKCS15 {
 
 ///     CommonCertificateAttributes ::= SEQUENCE {
@@ -20,7 +22,7 @@ namespace PKCS15 {
 ///         trustedUsage   [1] Usage OPTIONAL,
 ///         identifiers    [2] SEQUENCE OF CredentialIdentifier {{KeyIdentifiers}} OPTIONAL,
 ///         implicitTrust  [3] BOOLEAN DEFAULT FALSE }
-struct CommonCertificateAttributes : ASN1::Sequence<CommonCertificateAttributes> {
+struct TOVI_API CommonCertificateAttributes : ASN1::Sequence<CommonCertificateAttributes> {
     Identifier iD;
     std::optional<bool> authority;
     ASN1::Boxed<CredentialIdentifier> identifier;
@@ -41,7 +43,7 @@ struct CommonCertificateAttributes : ASN1::Sequence<CommonCertificateAttributes>
 ///         issuer        [0] EXPLICIT Name OPTIONAL,
 ///         serialNumber  CertificateSerialNumber OPTIONAL,
 ///         ... }
-struct X509CertificateAttributes : ASN1::Sequence<X509CertificateAttributes> {
+struct TOVI_API X509CertificateAttributes : ASN1::Sequence<X509CertificateAttributes> {
     ObjectValue<ASN1::OpenData> value;
     std::optional<Name> subject;
     std::optional<Name> issuer;
@@ -56,7 +58,8 @@ struct X509CertificateAttributes : ASN1::Sequence<X509CertificateAttributes> {
 ///         serialNumber  CertificateSerialNumber OPTIONAL,
 ///         attrTypes     [0] SEQUENCE OF OBJECT IDENTIFIER OPTIONAL,
 ///         ... }
-struct X509AttributeCertificateAttributes : ASN1::Sequence<X509AttributeCertificateAttributes> {
+struct TOVI_API X509AttributeCertificateAttributes
+    : ASN1::Sequence<X509AttributeCertificateAttributes> {
     ObjectValue<ASN1::OpenData> value;
     std::optional<GeneralNames> issuer;
     std::optional<CertificateSerialNumber> serialNumber;
@@ -68,7 +71,7 @@ struct X509AttributeCertificateAttributes : ASN1::Sequence<X509AttributeCertific
 ///     SPKICertificateAttributes ::= SEQUENCE {
 ///         value  ObjectValue { PKCS15-OPAQUE.&Type },
 ///         ... }
-struct SPKICertificateAttributes : ASN1::Sequence<SPKICertificateAttributes> {
+struct TOVI_API SPKICertificateAttributes : ASN1::Sequence<SPKICertificateAttributes> {
     ObjectValue<ASN1::OpenData> value;
     ASN1::Unknown unknown;
     static const ASN1::Type type;
@@ -77,7 +80,7 @@ struct SPKICertificateAttributes : ASN1::Sequence<SPKICertificateAttributes> {
 ///     PGPCertificateAttributes ::= SEQUENCE {
 ///         value  ObjectValue { PKCS15-OPAQUE.&Type },
 ///         ... }
-struct PGPCertificateAttributes : ASN1::Sequence<PGPCertificateAttributes> {
+struct TOVI_API PGPCertificateAttributes : ASN1::Sequence<PGPCertificateAttributes> {
     ObjectValue<ASN1::OpenData> value;
     ASN1::Unknown unknown;
     static const ASN1::Type type;
@@ -86,7 +89,7 @@ struct PGPCertificateAttributes : ASN1::Sequence<PGPCertificateAttributes> {
 ///     WTLSCertificateAttributes ::= SEQUENCE {
 ///         value  ObjectValue { PKCS15-OPAQUE.&Type },
 ///         ... }
-struct WTLSCertificateAttributes : ASN1::Sequence<WTLSCertificateAttributes> {
+struct TOVI_API WTLSCertificateAttributes : ASN1::Sequence<WTLSCertificateAttributes> {
     ObjectValue<ASN1::OpenData> value;
     ASN1::Unknown unknown;
     static const ASN1::Type type;
@@ -95,7 +98,7 @@ struct WTLSCertificateAttributes : ASN1::Sequence<WTLSCertificateAttributes> {
 ///     X9-68CertificateAttributes ::= SEQUENCE {
 ///         value  ObjectValue { PKCS15-OPAQUE.&Type },
 ///         ... }
-struct X9_68CertificateAttributes : ASN1::Sequence<X9_68CertificateAttributes> {
+struct TOVI_API X9_68CertificateAttributes : ASN1::Sequence<X9_68CertificateAttributes> {
     ObjectValue<ASN1::OpenData> value;
     ASN1::Unknown unknown;
     static const ASN1::Type type;
@@ -104,7 +107,7 @@ struct X9_68CertificateAttributes : ASN1::Sequence<X9_68CertificateAttributes> {
 ///     CVCertificateAttributes ::= SEQUENCE {
 ///         value  ObjectValue { PKCS15-OPAQUE.&Type },
 ///         ... }
-struct CVCertificateAttributes : ASN1::Sequence<CVCertificateAttributes> {
+struct TOVI_API CVCertificateAttributes : ASN1::Sequence<CVCertificateAttributes> {
     ObjectValue<ASN1::OpenData> value;
     ASN1::Unknown unknown;
     static const ASN1::Type type;
@@ -124,7 +127,7 @@ using CertificateObject = PKCS15Object<CommonCertificateAttributes, ASN1::Null, 
 ///         x9-68Certificate          [4] CertificateObject {X9-68CertificateAttributes},
 ///         ...,
 ///         cvCertificate             [5] CertificateObject {CVCertificateAttributes} }
-struct CertificateType : ASN1::Choice<CertificateType> {
+struct TOVI_API CertificateType : ASN1::Choice<CertificateType> {
     enum Alternative : std::size_t {
         x509Certificate,
         x509AttributeCertificate,
@@ -136,13 +139,12 @@ struct CertificateType : ASN1::Choice<CertificateType> {
         unknown,
         none,
     };
-    std::variant<CertificateObject<X509CertificateAttributes>,
-                 CertificateObject<X509AttributeCertificateAttributes>,
-                 CertificateObject<SPKICertificateAttributes>,
-                 CertificateObject<PGPCertificateAttributes>,
-                 CertificateObject<WTLSCertificateAttributes>,
-                 CertificateObject<X9_68CertificateAttributes>,
-                 CertificateObject<CVCertificateAttributes>, ASN1::OpenData, std::monostate>
+    std::variant<
+        CertificateObject<X509CertificateAttributes>,
+        CertificateObject<X509AttributeCertificateAttributes>,
+        CertificateObject<SPKICertificateAttributes>, CertificateObject<PGPCertificateAttributes>,
+        CertificateObject<WTLSCertificateAttributes>, CertificateObject<X9_68CertificateAttributes>,
+        CertificateObject<CVCertificateAttributes>, ASN1::OpenData, std::monostate>
         value{std::monostate()};
     static const ASN1::Type type;
 

@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/Basic.h"
 #include "tovi/pkcs15/Imported.h"
 
@@ -14,7 +15,7 @@ namespace PKCS15 {
 ///     KeyUsageFlags ::= BIT STRING {
 ///         encrypt (0), decrypt (1), sign (2), signRecover (3), wrap (4), unwrap (5), verify (6),
 ///         verifyRecover (7), derive (8), nonRepudiation (9) }
-struct KeyUsageFlags : ASN1::BIT_STRING {
+struct TOVI_API KeyUsageFlags : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t {
         encrypt,
@@ -33,7 +34,7 @@ struct KeyUsageFlags : ASN1::BIT_STRING {
 
 ///     KeyAccessFlags ::= BIT STRING {
 ///         sensitive (0), extractable (1), alwaysSensitive (2), neverExtractable (3), local (4) }
-struct KeyAccessFlags : ASN1::BIT_STRING {
+struct TOVI_API KeyAccessFlags : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t { sensitive, extractable, alwaysSensitive, neverExtractable, local };
     static const ASN1::Type type;
@@ -48,7 +49,7 @@ struct KeyAccessFlags : ASN1::BIT_STRING {
 ///         startDate     GeneralizedTime OPTIONAL,
 ///         endDate       [0] GeneralizedTime OPTIONAL,
 ///         ... }
-struct CommonKeyAttributes : ASN1::Sequence<CommonKeyAttributes> {
+struct TOVI_API CommonKeyAttributes : ASN1::Sequence<CommonKeyAttributes> {
     Identifier iD;
     KeyUsageFlags usage;
     std::optional<bool> native;
@@ -67,7 +68,7 @@ struct CommonKeyAttributes : ASN1::Sequence<CommonKeyAttributes> {
 ///         subjectName     Name OPTIONAL,
 ///         keyIdentifiers  [0] SEQUENCE OF CredentialIdentifier {{KeyIdentifiers}} OPTIONAL,
 ///         ... }
-struct CommonPrivateKeyAttributes : ASN1::Sequence<CommonPrivateKeyAttributes> {
+struct TOVI_API CommonPrivateKeyAttributes : ASN1::Sequence<CommonPrivateKeyAttributes> {
     std::optional<Name> subjectName;
     std::optional<std::vector<CredentialIdentifier>> keyIdentifiers;
     ASN1::Unknown unknown;
@@ -79,7 +80,7 @@ struct CommonPrivateKeyAttributes : ASN1::Sequence<CommonPrivateKeyAttributes> {
 ///     Usage ::= SEQUENCE {
 ///         keyUsage     KeyUsage OPTIONAL,
 ///         extKeyUsage  SEQUENCE SIZE (1..MAX) OF OBJECT IDENTIFIER OPTIONAL }
-struct Usage : ASN1::Sequence<Usage> {
+struct TOVI_API Usage : ASN1::Sequence<Usage> {
     std::optional<KeyUsage> keyUsage;
     std::optional<std::vector<ASN1::OBJECT_IDENTIFIER>> extKeyUsage;
     static const ASN1::Type type;
@@ -89,7 +90,7 @@ struct Usage : ASN1::Sequence<Usage> {
 ///         subjectName   Name OPTIONAL,
 ///         ...,
 ///         trustedUsage  [0] Usage OPTIONAL }
-struct CommonPublicKeyAttributes : ASN1::Sequence<CommonPublicKeyAttributes> {
+struct TOVI_API CommonPublicKeyAttributes : ASN1::Sequence<CommonPublicKeyAttributes> {
     std::optional<Name> subjectName;
     ASN1::Unknown unknown;
     ASN1::Boxed<Usage> trustedUsage;
@@ -99,7 +100,7 @@ struct CommonPublicKeyAttributes : ASN1::Sequence<CommonPublicKeyAttributes> {
 ///     CommonSecretKeyAttributes ::= SEQUENCE {
 ///         keyLen  INTEGER OPTIONAL,
 ///         ... }
-struct CommonSecretKeyAttributes : ASN1::Sequence<CommonSecretKeyAttributes> {
+struct TOVI_API CommonSecretKeyAttributes : ASN1::Sequence<CommonSecretKeyAttributes> {
     std::optional<ASN1::INTEGER> keyLen;  ///< in bits
     ASN1::Unknown unknown;
     static const ASN1::Type type;

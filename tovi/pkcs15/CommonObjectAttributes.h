@@ -5,19 +5,20 @@
 #include <variant>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/Basic.h"
 
 namespace PKCS15 {
 
 ///     CommonObjectFlags ::= BIT STRING { private (0), modifiable (1) }
-struct CommonObjectFlags : ASN1::BIT_STRING {
+struct TOVI_API CommonObjectFlags : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t { private_, modifiable };
     static const ASN1::Type type;
 };
 
 ///     AccessMode ::= BIT STRING { read (0), update (1), execute (2) }
-struct AccessMode : ASN1::BIT_STRING {
+struct TOVI_API AccessMode : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t { read, update, execute };
     static const ASN1::Type type;
@@ -31,7 +32,7 @@ struct AccessMode : ASN1::BIT_STRING {
 ///         and     [1] SEQUENCE SIZE (2..pkcs15-ub-securityConditions) OF SecurityCondition,
 ///         or      [2] SEQUENCE SIZE (2..pkcs15-ub-securityConditions) OF SecurityCondition,
 ///         ... }
-struct SecurityCondition : ASN1::Choice<SecurityCondition> {
+struct TOVI_API SecurityCondition : ASN1::Choice<SecurityCondition> {
     enum Alternative : std::size_t { authId, not_, and_, or_, unknown, none };
     using List = std::vector<SecurityCondition>;
     std::variant<Identifier, ASN1::Boxed<SecurityCondition>, List, List, ASN1::OpenData,
@@ -44,7 +45,7 @@ struct SecurityCondition : ASN1::Choice<SecurityCondition> {
 ///         accessMode         AccessMode,
 ///         securityCondition  SecurityCondition,
 ///         ... }
-struct AccessControlRule : ASN1::Sequence<AccessControlRule> {
+struct TOVI_API AccessControlRule : ASN1::Sequence<AccessControlRule> {
     AccessMode accessMode;
     SecurityCondition securityCondition;
     ASN1::Unknown unknown;
@@ -60,7 +61,7 @@ struct AccessControlRule : ASN1::Sequence<AccessControlRule> {
 ///         ...,
 ///         userConsent         INTEGER (1..pkcs15-ub-userConsent) OPTIONAL,
 ///         accessControlRules  SEQUENCE SIZE (1..MAX) OF AccessControlRule OPTIONAL }
-struct CommonObjectAttributes : ASN1::Sequence<CommonObjectAttributes> {
+struct TOVI_API CommonObjectAttributes : ASN1::Sequence<CommonObjectAttributes> {
     std::optional<Label> label;
     std::optional<CommonObjectFlags> flags;
     std::optional<Identifier> authId;

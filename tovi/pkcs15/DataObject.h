@@ -3,6 +3,7 @@
 #include <optional>
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/Basic.h"
 #include "tovi/pkcs15/ObjectValue.h"
 #include "tovi/pkcs15/PKCS15Object.h"
@@ -16,7 +17,7 @@ namespace PKCS15 {
 ///         applicationName  Label OPTIONAL,
 ///         applicationOID   OBJECT IDENTIFIER OPTIONAL,
 ///         ... }
-struct CommonDataObjectAttributes : ASN1::Sequence<CommonDataObjectAttributes> {
+struct TOVI_API CommonDataObjectAttributes : ASN1::Sequence<CommonDataObjectAttributes> {
     std::optional<Label> applicationName;
     std::optional<ASN1::OBJECT_IDENTIFIER> applicationOID;
     ASN1::Unknown unknown;
@@ -34,9 +35,9 @@ using Opaque = ObjectValue<ASN1::OpenData>;
 ///     ExternalIDO ::= ObjectValue { PKCS15-OPAQUE.&Type }
 using ExternalIDO = ObjectValue<ASN1::OpenData>;
 
-/// The value of an OidDO. ISO/IEC 7816-15:2016 has any one element here: one that is no ObjectValue is kept
-/// in `otherForm`, and written back while nothing is selected.
-struct OidValue : ObjectValue<ASN1::OpenData> {
+/// The value of an OidDO. ISO/IEC 7816-15:2016 has any one element here: one that is no ObjectValue
+/// is kept in `otherForm`, and written back while nothing is selected.
+struct TOVI_API OidValue : ObjectValue<ASN1::OpenData> {
     ASN1::Boxed<ASN1::OpenData> otherForm;
     static const ASN1::Type type;
 };
@@ -44,7 +45,7 @@ struct OidValue : ObjectValue<ASN1::OpenData> {
 ///     OidDO ::= SEQUENCE {
 ///         id     OBJECT IDENTIFIER,
 ///         value  ObjectValue { PKCS15-OPAQUE.&Type } }
-struct OidDO : ASN1::Sequence<OidDO> {
+struct TOVI_API OidDO : ASN1::Sequence<OidDO> {
     ASN1::OBJECT_IDENTIFIER id;
     OidValue value;
     static const ASN1::Type type;
@@ -60,7 +61,7 @@ using DataObject = PKCS15Object<CommonDataObjectAttributes, ASN1::Null, DataObje
 ///         externalIDO  [0] DataObject {ExternalIDO},
 ///         oidDO        [1] DataObject {OidDO},
 ///         ... }
-struct DataType : ASN1::Choice<DataType> {
+struct TOVI_API DataType : ASN1::Choice<DataType> {
     enum Alternative : std::size_t { opaqueDO, externalIDO, oidDO, unknown, none };
     std::variant<DataObject<Opaque>, DataObject<ExternalIDO>, DataObject<OidDO>, ASN1::OpenData,
                  std::monostate>

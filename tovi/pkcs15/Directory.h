@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Expected.h"
 #include "tovi/pkcs15/Basic.h"
 #include "tovi/pkcs15/CommonObjectAttributes.h"
@@ -19,7 +20,7 @@ namespace PKCS15 {
 ///         tokenInfoPath  [0] Path OPTIONAL,
 ///         unusedPath     [1] Path OPTIONAL,
 ///         ... }
-struct DDO : ASN1::Sequence<DDO> {
+struct TOVI_API DDO : ASN1::Sequence<DDO> {
     ASN1::Expected<ASN1::OBJECT_IDENTIFIER> oid;
     std::optional<Path> odfPath;
     std::optional<Path> tokenInfoPath;
@@ -35,7 +36,7 @@ struct DDO : ASN1::Sequence<DDO> {
 ///         label  [APPLICATION 16] UTF8String OPTIONAL,
 ///         path   [APPLICATION 17] OCTET STRING,
 ///         ddo    [APPLICATION 19] DDO OPTIONAL }
-struct DIRRecord : ASN1::Sequence<DIRRecord> {
+struct TOVI_API DIRRecord : ASN1::Sequence<DIRRecord> {
     ASN1::OCTET_STRING aid;
     std::optional<ASN1::UTF8String> label;
     ASN1::Expected<ASN1::OCTET_STRING> path;
@@ -51,7 +52,7 @@ struct DIRRecord : ASN1::Sequence<DIRRecord> {
 ///         authId              Identifier OPTIONAL,
 ///         ...,
 ///         accessControlRules  SEQUENCE OF AccessControlRule OPTIONAL }
-struct UnusedSpace : ASN1::Sequence<UnusedSpace> {
+struct TOVI_API UnusedSpace : ASN1::Sequence<UnusedSpace> {
     Path path;
     std::optional<Identifier> authId;
     ASN1::Unknown unknown;

@@ -3,18 +3,19 @@
 #include <optional>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Values.h"
 #include "tovi/pkcs15/Imported.h"
 
-/// Enveloped values. Their parameter is the type of what is encrypted, which never shows on the wire, so
-/// these are no templates.
+/// Enveloped values. Their parameter is the type of what is encrypted, which never shows on the
+/// wire, so these are no templates.
 namespace PKCS15 {
 
 ///     EncryptedContentInfo { Type } ::= SEQUENCE {
 ///         contentType                 OBJECT IDENTIFIER,
 ///         contentEncryptionAlgorithm  AlgorithmIdentifier {{KeyDerivationAlgorithms}},
 ///         encryptedContent            [0] OCTET STRING OPTIONAL }
-struct EncryptedContentInfo : ASN1::Sequence<EncryptedContentInfo> {
+struct TOVI_API EncryptedContentInfo : ASN1::Sequence<EncryptedContentInfo> {
     ASN1::OBJECT_IDENTIFIER contentType;
     AlgorithmIdentifier contentEncryptionAlgorithm;
     std::optional<ASN1::OCTET_STRING> encryptedContent;
@@ -27,7 +28,7 @@ struct EncryptedContentInfo : ASN1::Sequence<EncryptedContentInfo> {
 ///         recipientInfos        RecipientInfos,
 ///         encryptedContentInfo  EncryptedContentInfo {Type},
 ///         unprotectedAttrs      [1] SET SIZE (1..MAX) OF Attribute OPTIONAL }
-struct EnvelopedData : ASN1::Sequence<EnvelopedData> {
+struct TOVI_API EnvelopedData : ASN1::Sequence<EnvelopedData> {
     ASN1::INTEGER version;
     std::optional<OriginatorInfo> originatorInfo;
     RecipientInfos recipientInfos;

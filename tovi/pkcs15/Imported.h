@@ -5,16 +5,17 @@
 #include <variant>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Values.h"
 
-/// What the module imports, as far as a reader of card directories looks into it. The rest is kept as it
-/// came.
+/// What the module imports, as far as a reader of card directories looks into it. The rest is kept
+/// as it came.
 namespace PKCS15 {
 
 /// A distinguished name (X.501); the octets are the content of the RDNSequence.
 ///
 ///     Name ::= CHOICE { rdnSequence RDNSequence }
-struct Name : ASN1::Octets {
+struct TOVI_API Name : ASN1::Octets {
     using ASN1::Octets::Octets;
     using ASN1::Octets::operator=;
     static const ASN1::Type type;
@@ -22,13 +23,13 @@ struct Name : ASN1::Octets {
 
 ///     GeneralNames ::= SEQUENCE SIZE (1..MAX) OF GeneralName
 using GeneralNames = std::vector<ASN1::OpenData>;
-extern const ASN1::Type generalNamesType;
+TOVI_API extern const ASN1::Type generalNamesType;
 
 ///     CertificateSerialNumber ::= INTEGER
 using CertificateSerialNumber = ASN1::INTEGER;
 
 ///     KeyUsage ::= BIT STRING { digitalSignature (0), ... }           -- X.509
-struct KeyUsage : ASN1::BIT_STRING {
+struct TOVI_API KeyUsage : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t {
         digitalSignature,
@@ -47,7 +48,7 @@ struct KeyUsage : ASN1::BIT_STRING {
 ///     AlgorithmIdentifier ::= SEQUENCE {
 ///         algorithm   OBJECT IDENTIFIER,
 ///         parameters  ANY OPTIONAL }
-struct AlgorithmIdentifier : ASN1::Sequence<AlgorithmIdentifier> {
+struct TOVI_API AlgorithmIdentifier : ASN1::Sequence<AlgorithmIdentifier> {
     ASN1::OBJECT_IDENTIFIER algorithm;
     std::optional<ASN1::OpenData> parameters;
     static const ASN1::Type type;
@@ -60,7 +61,7 @@ struct AlgorithmIdentifier : ASN1::Sequence<AlgorithmIdentifier> {
 ///     SubjectPublicKeyInfo ::= SEQUENCE {
 ///         algorithm         AlgorithmIdentifier,
 ///         subjectPublicKey  BIT STRING }
-struct SubjectPublicKeyInfo : ASN1::Sequence<SubjectPublicKeyInfo> {
+struct TOVI_API SubjectPublicKeyInfo : ASN1::Sequence<SubjectPublicKeyInfo> {
     AlgorithmIdentifier algorithm;
     ASN1::BIT_STRING subjectPublicKey;
     static const ASN1::Type type;
@@ -69,14 +70,14 @@ struct SubjectPublicKeyInfo : ASN1::Sequence<SubjectPublicKeyInfo> {
 ///     RSAPublicKey ::= SEQUENCE {                                     -- PKCS#1
 ///         modulus         INTEGER,
 ///         publicExponent  INTEGER }
-struct RSAPublicKey : ASN1::Sequence<RSAPublicKey> {
+struct TOVI_API RSAPublicKey : ASN1::Sequence<RSAPublicKey> {
     ASN1::INTEGER modulus;
     ASN1::INTEGER publicExponent;
     static const ASN1::Type type;
 };
 
 /// Elliptic curve parameters written out (X9.62); the octets are the content of the SEQUENCE.
-struct ECParameters : ASN1::Octets {
+struct TOVI_API ECParameters : ASN1::Octets {
     using ASN1::Octets::Octets;
     using ASN1::Octets::operator=;
     static const ASN1::Type type;
@@ -86,7 +87,7 @@ struct ECParameters : ASN1::Octets {
 ///         ecParameters  ECParameters,
 ///         namedCurve    OBJECT IDENTIFIER,
 ///         implicitlyCA  NULL }
-struct Parameters : ASN1::Choice<Parameters> {
+struct TOVI_API Parameters : ASN1::Choice<Parameters> {
     enum Alternative : std::size_t { ecParameters, namedCurve, implicitlyCA, none };
     std::variant<ECParameters, ASN1::OBJECT_IDENTIFIER, ASN1::Null, std::monostate> value{
         std::monostate()};
@@ -96,7 +97,7 @@ struct Parameters : ASN1::Choice<Parameters> {
 ///     ValidationParms ::= SEQUENCE {
 ///         seed         BIT STRING,
 ///         pgenCounter  INTEGER }
-struct ValidationParms : ASN1::Sequence<ValidationParms> {
+struct TOVI_API ValidationParms : ASN1::Sequence<ValidationParms> {
     ASN1::BIT_STRING seed;
     ASN1::INTEGER pgenCounter;
     static const ASN1::Type type;
@@ -108,7 +109,7 @@ struct ValidationParms : ASN1::Sequence<ValidationParms> {
 ///         q                INTEGER,
 ///         j                INTEGER OPTIONAL,
 ///         validationParms  ValidationParms OPTIONAL }
-struct DomainParameters : ASN1::Sequence<DomainParameters> {
+struct TOVI_API DomainParameters : ASN1::Sequence<DomainParameters> {
     ASN1::INTEGER p;
     ASN1::INTEGER g;
     ASN1::INTEGER q;
@@ -120,7 +121,7 @@ struct DomainParameters : ASN1::Sequence<DomainParameters> {
 ///     CertId ::= SEQUENCE {                                           -- RFC 2510
 ///         issuer        GeneralName,
 ///         serialNumber  INTEGER }
-struct CertId : ASN1::Sequence<CertId> {
+struct TOVI_API CertId : ASN1::Sequence<CertId> {
     ASN1::OpenData issuer;
     ASN1::INTEGER serialNumber;
     static const ASN1::Type type;
@@ -130,7 +131,7 @@ struct CertId : ASN1::Sequence<CertId> {
 ///         hashAlg  [0] EXPLICIT AlgorithmIdentifier OPTIONAL,
 ///         certId   [1] EXPLICIT CertId OPTIONAL,
 ///         hashVal  BIT STRING }
-struct OOBCertHash : ASN1::Sequence<OOBCertHash> {
+struct TOVI_API OOBCertHash : ASN1::Sequence<OOBCertHash> {
     std::optional<AlgorithmIdentifier> hashAlg;
     std::optional<CertId> certId;
     ASN1::BIT_STRING hashVal;
@@ -140,7 +141,7 @@ struct OOBCertHash : ASN1::Sequence<OOBCertHash> {
 ///     OriginatorInfo ::= SEQUENCE {                                   -- RFC 2630
 ///         certs  [0] SET OF ANY OPTIONAL,
 ///         crls   [1] SET OF ANY OPTIONAL }
-struct OriginatorInfo : ASN1::Sequence<OriginatorInfo> {
+struct TOVI_API OriginatorInfo : ASN1::Sequence<OriginatorInfo> {
     std::optional<std::vector<ASN1::OpenData>> certs;
     std::optional<std::vector<ASN1::OpenData>> crls;
     static const ASN1::Type type;
@@ -149,12 +150,12 @@ struct OriginatorInfo : ASN1::Sequence<OriginatorInfo> {
 ///     RecipientInfos ::= SET OF RecipientInfo                         -- RFC 2630
 using RecipientInfo = ASN1::OpenData;
 using RecipientInfos = std::vector<RecipientInfo>;
-extern const ASN1::Type recipientInfosType;
+TOVI_API extern const ASN1::Type recipientInfosType;
 
 ///     Attribute ::= SEQUENCE {                                        -- X.501
 ///         type    OBJECT IDENTIFIER,
 ///         values  SET OF ANY }
-struct Attribute : ASN1::Sequence<Attribute> {
+struct TOVI_API Attribute : ASN1::Sequence<Attribute> {
     ASN1::OBJECT_IDENTIFIER attributeType;
     std::vector<ASN1::OpenData> values;
     static const ASN1::Type type;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Schema.h"
 #include "tovi/pkcs15/Basic.h"
 
@@ -12,7 +13,7 @@ namespace PKCS15 {
 ///     Operations ::= BIT STRING {
 ///         compute-checksum (0), compute-signature (1), verify-checksum (2), verify-signature (3),
 ///         encipher (4), decipher (5), hash (6), generate-key (7) }
-struct Operations : ASN1::BIT_STRING {
+struct TOVI_API Operations : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t {
         compute_checksum,
@@ -38,7 +39,7 @@ using PublicKeyOperations = Operations;
 ///             parameters           ParameterType,
 ///             supportedOperations  OperationsType OPTIONAL } }
 template <class ParameterType, class OperationsType>
-struct KeyInfo : ASN1::Choice<KeyInfo<ParameterType, OperationsType>> {
+struct TOVI_API KeyInfo : ASN1::Choice<KeyInfo<ParameterType, OperationsType>> {
     struct ParamsAndOps : ASN1::Sequence<ParamsAndOps> {
         ParameterType parameters;
         std::optional<OperationsType> supportedOperations;
@@ -60,8 +61,7 @@ struct KeyInfo : ASN1::Choice<KeyInfo<ParameterType, OperationsType>> {
     };
     static constexpr const ASN1::Type* typeParameters[] = {ASN1::TypeOf<ParameterType>::value,
                                                            ASN1::TypeOf<OperationsType>::value};
-    static constexpr ASN1::Type type =
-        ASN1::schema::choice<T>("KeyInfo", members, typeParameters);
+    static constexpr ASN1::Type type = ASN1::schema::choice<T>("KeyInfo", members, typeParameters);
 };
 
 }  // namespace PKCS15

@@ -3,6 +3,7 @@
 #include <variant>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Schema.h"
 #include "tovi/pkcs15/EnvelopedData.h"
 #include "tovi/pkcs15/Path.h"
@@ -17,7 +18,7 @@ namespace PKCS15 {
 ///         indirect-protected  [1] EXPLICIT ReferencedValue { EnvelopedData {Type} },
 ///         direct-protected    [2] EnvelopedData {Type} }
 template <class Content>
-struct ObjectValue : ASN1::Choice<ObjectValue<Content>> {
+struct TOVI_API ObjectValue : ASN1::Choice<ObjectValue<Content>> {
     enum Alternative : std::size_t {
         indirect,
         direct,
@@ -38,8 +39,7 @@ struct ObjectValue : ASN1::Choice<ObjectValue<Content>> {
         ASN1::schema::alternative<&T::value, direct_protected>("direct-protected").tagged(2),
     };
     static constexpr const ASN1::Type* parameters[] = {ASN1::TypeOf<Content>::value};
-    static constexpr ASN1::Type type =
-        ASN1::schema::choice<T>("ObjectValue", members, parameters);
+    static constexpr ASN1::Type type = ASN1::schema::choice<T>("ObjectValue", members, parameters);
 };
 
 /// The path of a value that lies in a file; nullptr for a direct or protected value and for a URL.
@@ -55,10 +55,10 @@ const Path* indirectPath(const ObjectValue<Content>& value) {
 ///         path                Path,
 ///         objects             [0] SEQUENCE OF ObjectType,
 ///         ...,
-///         indirect-protected  [1] EXPLICIT ReferencedValue { EnvelopedData { SEQUENCE OF ObjectType } },
-///         direct-protected    [2] EnvelopedData { SEQUENCE OF ObjectType } }
+///         indirect-protected  [1] EXPLICIT ReferencedValue { EnvelopedData { SEQUENCE OF
+///         ObjectType } }, direct-protected    [2] EnvelopedData { SEQUENCE OF ObjectType } }
 template <class ObjectType>
-struct PathOrObjects : ASN1::Choice<PathOrObjects<ObjectType>> {
+struct TOVI_API PathOrObjects : ASN1::Choice<PathOrObjects<ObjectType>> {
     enum Alternative : std::size_t {
         path,
         objects,

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Schema.h"
 #include "tovi/pkcs15/CommonObjectAttributes.h"
 
@@ -15,7 +16,7 @@ namespace PKCS15 {
 ///         subClassAttributes      [0] EXPLICIT SubClassAttributes OPTIONAL,
 ///         typeAttributes          [1] EXPLICIT TypeAttributes }
 template <class ClassAttributes, class SubClassAttributes, class TypeAttributes>
-struct PKCS15Object
+struct TOVI_API PKCS15Object
     : ASN1::Sequence<PKCS15Object<ClassAttributes, SubClassAttributes, TypeAttributes>> {
     CommonObjectAttributes commonObjectAttributes;
     ClassAttributes classAttributes;

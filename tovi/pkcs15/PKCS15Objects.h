@@ -2,6 +2,7 @@
 
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/Authentication.h"
 #include "tovi/pkcs15/Certificate.h"
 #include "tovi/pkcs15/DataObject.h"
@@ -36,7 +37,7 @@ using AuthObjects = PathOrObjects<AuthenticationType>;
 ///         dataObjects          [7] EXPLICIT DataObjects,
 ///         authObjects          [8] EXPLICIT AuthObjects,
 ///         ... }
-struct PKCS15Objects : ASN1::Choice<PKCS15Objects> {
+struct TOVI_API PKCS15Objects : ASN1::Choice<PKCS15Objects> {
     enum Alternative : std::size_t {
         privateKeys,
         publicKeys,
@@ -66,7 +67,8 @@ struct PKCS15Objects : ASN1::Choice<PKCS15Objects> {
     AuthObjects& select_authObjects() { return select<authObjects>(); }
 };
 
-/// The path of the file that an entry names; nullptr for entries given in place, protected and unknown ones.
-const Path* filePath(const PKCS15Objects& entry);
+/// The path of the file that an entry names; nullptr for entries given in place, protected and
+/// unknown ones.
+TOVI_API const Path* filePath(const PKCS15Objects& entry);
 
 }  // namespace PKCS15

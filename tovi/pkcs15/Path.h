@@ -4,14 +4,16 @@
 #include <optional>
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Values.h"
 #include "tovi/pkcs15/Imported.h"
 
 namespace PKCS15 {
 
-/// The octets that name a file. ISO/IEC 7816-15:2016 has three more forms of it (tagRef, appFileRef,
-/// appTagRef): such an element is kept in `otherForm`, and written back while there are no octets.
-struct FilePath : ASN1::OCTET_STRING {
+/// The octets that name a file. ISO/IEC 7816-15:2016 has three more forms of it (tagRef,
+/// appFileRef, appTagRef): such an element is kept in `otherForm`, and written back while there are
+/// no octets.
+struct TOVI_API FilePath : ASN1::OCTET_STRING {
     using ASN1::OCTET_STRING::OCTET_STRING;
     using ASN1::OCTET_STRING::operator=;
     FilePath() = default;
@@ -20,14 +22,14 @@ struct FilePath : ASN1::OCTET_STRING {
     static const ASN1::Type type;
 };
 
-/// Where a value lies on the card. `path` in the notation of PKCS#15 v1.1 is `efidOrPath` here, as in
-/// ISO/IEC 7816-15. A card may give index or length alone.
+/// Where a value lies on the card. `path` in the notation of PKCS#15 v1.1 is `efidOrPath` here, as
+/// in ISO/IEC 7816-15. A card may give index or length alone.
 ///
 ///     Path ::= SEQUENCE {
 ///         path    OCTET STRING,
 ///         index   INTEGER (0..pkcs15-ub-index) OPTIONAL,
 ///         length  [0] INTEGER (0..pkcs15-ub-index) OPTIONAL }
-struct Path : ASN1::Sequence<Path> {
+struct TOVI_API Path : ASN1::Sequence<Path> {
     FilePath efidOrPath;
     std::optional<std::uint64_t> index;   ///< offset of the first octet, or a record number
     std::optional<std::uint64_t> length;  ///< in octets
@@ -40,14 +42,14 @@ struct Path : ASN1::Sequence<Path> {
 ///     DigestInfoWithDefault ::= SEQUENCE {
 ///         digestAlg  AlgorithmIdentifier {{DigestAlgorithms}} DEFAULT alg-id-sha1,
 ///         digest     OCTET STRING (SIZE (8..128)) }
-struct DigestInfoWithDefault : ASN1::Sequence<DigestInfoWithDefault> {
+struct TOVI_API DigestInfoWithDefault : ASN1::Sequence<DigestInfoWithDefault> {
     std::optional<AlgorithmIdentifier> digestAlg;
     ASN1::OCTET_STRING digest;
     static const ASN1::Type type;
 };
 
 /// The SEQUENCE in place of URL.urlWithDigest.
-struct UrlWithDigest : ASN1::Sequence<UrlWithDigest> {
+struct TOVI_API UrlWithDigest : ASN1::Sequence<UrlWithDigest> {
     ASN1::IA5String url;
     DigestInfoWithDefault digest;
     static const ASN1::Type type;
@@ -58,7 +60,7 @@ struct UrlWithDigest : ASN1::Sequence<UrlWithDigest> {
 ///         urlWithDigest  [3] SEQUENCE {
 ///             url     IA5String,
 ///             digest  DigestInfoWithDefault } }
-struct URL : ASN1::Choice<URL> {
+struct TOVI_API URL : ASN1::Choice<URL> {
     /// `ia5Url` is the form that ISO/IEC 7816-15 adds.
     enum Alternative : std::size_t { url, urlWithDigest, ia5Url, none };
     std::variant<ASN1::PrintableString, UrlWithDigest, ASN1::IA5String, std::monostate> value{
@@ -66,12 +68,13 @@ struct URL : ASN1::Choice<URL> {
     static const ASN1::Type type;
 };
 
-/// A value somewhere else. The positions are the other way round than in the notation: url 0, path 1.
+/// A value somewhere else. The positions are the other way round than in the notation: url 0,
+/// path 1.
 ///
 ///     ReferencedValue { Type } ::= CHOICE {
 ///         path  Path,
 ///         url   URL }
-struct ReferencedValue : ASN1::Choice<ReferencedValue> {
+struct TOVI_API ReferencedValue : ASN1::Choice<ReferencedValue> {
     enum Alternative : std::size_t { url, path, none };
     std::variant<ASN1::Boxed<URL>, Path, std::monostate> value{std::monostate()};
     static const ASN1::Type type;

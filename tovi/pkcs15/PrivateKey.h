@@ -3,6 +3,7 @@
 #include <optional>
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/CommonKeyAttributes.h"
 #include "tovi/pkcs15/KeyInfo.h"
 #include "tovi/pkcs15/ObjectValue.h"
@@ -20,7 +21,7 @@ namespace PKCS15 {
 ///         exponent1        [5] INTEGER OPTIONAL,
 ///         exponent2        [6] INTEGER OPTIONAL,
 ///         coefficient      [7] INTEGER OPTIONAL }
-struct RSAPrivateKeyObject : ASN1::Sequence<RSAPrivateKeyObject> {
+struct TOVI_API RSAPrivateKeyObject : ASN1::Sequence<RSAPrivateKeyObject> {
     std::optional<ASN1::INTEGER> modulus;
     std::optional<ASN1::INTEGER> publicExponent;
     std::optional<ASN1::INTEGER> privateExponent;
@@ -37,7 +38,7 @@ struct RSAPrivateKeyObject : ASN1::Sequence<RSAPrivateKeyObject> {
 ///         modulusLength  INTEGER,
 ///         keyInfo        KeyInfo {NULL, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PrivateRSAKeyAttributes : ASN1::Sequence<PrivateRSAKeyAttributes> {
+struct TOVI_API PrivateRSAKeyAttributes : ASN1::Sequence<PrivateRSAKeyAttributes> {
     ObjectValue<RSAPrivateKeyObject> value;
     ASN1::INTEGER modulusLength;  ///< in bits
     std::optional<KeyInfo<ASN1::Null, PublicKeyOperations>> keyInfo;
@@ -52,7 +53,7 @@ using ECPrivateKey = ASN1::INTEGER;
 ///         value    ObjectValue {ECPrivateKey},
 ///         keyInfo  KeyInfo {Parameters, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PrivateECKeyAttributes : ASN1::Sequence<PrivateECKeyAttributes> {
+struct TOVI_API PrivateECKeyAttributes : ASN1::Sequence<PrivateECKeyAttributes> {
     ObjectValue<ECPrivateKey> value;
     std::optional<KeyInfo<Parameters, PublicKeyOperations>> keyInfo;
     ASN1::Unknown unknown;
@@ -66,7 +67,7 @@ using DHPrivateKey = ASN1::INTEGER;
 ///         value    ObjectValue {DHPrivateKey},
 ///         keyInfo  KeyInfo {DomainParameters, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PrivateDHKeyAttributes : ASN1::Sequence<PrivateDHKeyAttributes> {
+struct TOVI_API PrivateDHKeyAttributes : ASN1::Sequence<PrivateDHKeyAttributes> {
     ObjectValue<DHPrivateKey> value;
     std::optional<KeyInfo<DomainParameters, PublicKeyOperations>> keyInfo;
     ASN1::Unknown unknown;
@@ -80,7 +81,7 @@ using DSAPrivateKey = ASN1::INTEGER;
 ///         value    ObjectValue {DSAPrivateKey},
 ///         keyInfo  KeyInfo {DomainParameters, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PrivateDSAKeyAttributes : ASN1::Sequence<PrivateDSAKeyAttributes> {
+struct TOVI_API PrivateDSAKeyAttributes : ASN1::Sequence<PrivateDSAKeyAttributes> {
     ObjectValue<DSAPrivateKey> value;
     std::optional<KeyInfo<DomainParameters, PublicKeyOperations>> keyInfo;
     ASN1::Unknown unknown;
@@ -94,7 +95,7 @@ using KEAPrivateKey = ASN1::INTEGER;
 ///         value    ObjectValue {KEAPrivateKey},
 ///         keyInfo  KeyInfo {DomainParameters, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PrivateKEAKeyAttributes : ASN1::Sequence<PrivateKEAKeyAttributes> {
+struct TOVI_API PrivateKEAKeyAttributes : ASN1::Sequence<PrivateKEAKeyAttributes> {
     ObjectValue<KEAPrivateKey> value;
     std::optional<KeyInfo<DomainParameters, PublicKeyOperations>> keyInfo;
     ASN1::Unknown unknown;
@@ -114,7 +115,7 @@ using PrivateKeyObject =
 ///         privateDSAKey  [2] PrivateKeyObject {PrivateDSAKeyAttributes},
 ///         privateKEAKey  [3] PrivateKeyObject {PrivateKEAKeyAttributes},
 ///         ... }
-struct PrivateKeyType : ASN1::Choice<PrivateKeyType> {
+struct TOVI_API PrivateKeyType : ASN1::Choice<PrivateKeyType> {
     enum Alternative : std::size_t {
         privateRSAKey,
         privateECKey,
@@ -124,8 +125,9 @@ struct PrivateKeyType : ASN1::Choice<PrivateKeyType> {
         unknown,
         none,
     };
-    std::variant<PrivateKeyObject<PrivateRSAKeyAttributes>, PrivateKeyObject<PrivateECKeyAttributes>,
-                 PrivateKeyObject<PrivateDHKeyAttributes>, PrivateKeyObject<PrivateDSAKeyAttributes>,
+    std::variant<PrivateKeyObject<PrivateRSAKeyAttributes>,
+                 PrivateKeyObject<PrivateECKeyAttributes>, PrivateKeyObject<PrivateDHKeyAttributes>,
+                 PrivateKeyObject<PrivateDSAKeyAttributes>,
                  PrivateKeyObject<PrivateKEAKeyAttributes>, ASN1::OpenData, std::monostate>
         value{std::monostate()};
     static const ASN1::Type type;

@@ -3,6 +3,7 @@
 #include <optional>
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/CommonKeyAttributes.h"
 #include "tovi/pkcs15/KeyInfo.h"
 #include "tovi/pkcs15/ObjectValue.h"
@@ -21,7 +22,7 @@ using DiffieHellmanPublicNumber = ASN1::INTEGER;
 ///         raw       RSAPublicKey,
 ///         spki  [1] SubjectPublicKeyInfo,
 ///         ... }
-struct RSAPublicKeyChoice : ASN1::Choice<RSAPublicKeyChoice> {
+struct TOVI_API RSAPublicKeyChoice : ASN1::Choice<RSAPublicKeyChoice> {
     enum Alternative : std::size_t { raw, spki, unknown, none };
     std::variant<RSAPublicKey, SubjectPublicKeyInfo, ASN1::OpenData, std::monostate> value{
         std::monostate()};
@@ -33,7 +34,7 @@ struct RSAPublicKeyChoice : ASN1::Choice<RSAPublicKeyChoice> {
 ///         modulusLength  INTEGER,
 ///         keyInfo        KeyInfo {NULL, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PublicRSAKeyAttributes : ASN1::Sequence<PublicRSAKeyAttributes> {
+struct TOVI_API PublicRSAKeyAttributes : ASN1::Sequence<PublicRSAKeyAttributes> {
     ObjectValue<RSAPublicKeyChoice> value;
     ASN1::INTEGER modulusLength;  ///< in bits
     std::optional<KeyInfo<ASN1::Null, PublicKeyOperations>> keyInfo;
@@ -45,7 +46,7 @@ struct PublicRSAKeyAttributes : ASN1::Sequence<PublicRSAKeyAttributes> {
 ///         raw   ECPoint,
 ///         spki  SubjectPublicKeyInfo,
 ///         ... }
-struct ECPublicKeyChoice : ASN1::Choice<ECPublicKeyChoice> {
+struct TOVI_API ECPublicKeyChoice : ASN1::Choice<ECPublicKeyChoice> {
     enum Alternative : std::size_t { raw, spki, unknown, none };
     std::variant<ECPoint, SubjectPublicKeyInfo, ASN1::OpenData, std::monostate> value{
         std::monostate()};
@@ -56,7 +57,7 @@ struct ECPublicKeyChoice : ASN1::Choice<ECPublicKeyChoice> {
 ///         value    ObjectValue {ECPublicKeyChoice},
 ///         keyInfo  KeyInfo {Parameters, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PublicECKeyAttributes : ASN1::Sequence<PublicECKeyAttributes> {
+struct TOVI_API PublicECKeyAttributes : ASN1::Sequence<PublicECKeyAttributes> {
     ObjectValue<ECPublicKeyChoice> value;
     std::optional<KeyInfo<Parameters, PublicKeyOperations>> keyInfo;
     ASN1::Unknown unknown;
@@ -67,10 +68,10 @@ struct PublicECKeyAttributes : ASN1::Sequence<PublicECKeyAttributes> {
 ///         raw   DiffieHellmanPublicNumber,
 ///         spki  SubjectPublicKeyInfo,
 ///         ... }
-struct DHPublicKeyChoice : ASN1::Choice<DHPublicKeyChoice> {
+struct TOVI_API DHPublicKeyChoice : ASN1::Choice<DHPublicKeyChoice> {
     enum Alternative : std::size_t { raw, spki, unknown, none };
-    std::variant<DiffieHellmanPublicNumber, SubjectPublicKeyInfo, ASN1::OpenData, std::monostate> value{
-        std::monostate()};
+    std::variant<DiffieHellmanPublicNumber, SubjectPublicKeyInfo, ASN1::OpenData, std::monostate>
+        value{std::monostate()};
     static const ASN1::Type type;
 };
 
@@ -78,7 +79,7 @@ struct DHPublicKeyChoice : ASN1::Choice<DHPublicKeyChoice> {
 ///         value    ObjectValue {DHPublicKeyChoice},
 ///         keyInfo  KeyInfo {DomainParameters, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PublicDHKeyAttributes : ASN1::Sequence<PublicDHKeyAttributes> {
+struct TOVI_API PublicDHKeyAttributes : ASN1::Sequence<PublicDHKeyAttributes> {
     ObjectValue<DHPublicKeyChoice> value;
     std::optional<KeyInfo<DomainParameters, PublicKeyOperations>> keyInfo;
     ASN1::Unknown unknown;
@@ -89,7 +90,7 @@ struct PublicDHKeyAttributes : ASN1::Sequence<PublicDHKeyAttributes> {
 ///         raw   INTEGER,
 ///         spki  SubjectPublicKeyInfo,
 ///         ... }
-struct DSAPublicKeyChoice : ASN1::Choice<DSAPublicKeyChoice> {
+struct TOVI_API DSAPublicKeyChoice : ASN1::Choice<DSAPublicKeyChoice> {
     enum Alternative : std::size_t { raw, spki, unknown, none };
     std::variant<ASN1::INTEGER, SubjectPublicKeyInfo, ASN1::OpenData, std::monostate> value{
         std::monostate()};
@@ -100,7 +101,7 @@ struct DSAPublicKeyChoice : ASN1::Choice<DSAPublicKeyChoice> {
 ///         value    ObjectValue {DSAPublicKeyChoice},
 ///         keyInfo  KeyInfo {DomainParameters, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PublicDSAKeyAttributes : ASN1::Sequence<PublicDSAKeyAttributes> {
+struct TOVI_API PublicDSAKeyAttributes : ASN1::Sequence<PublicDSAKeyAttributes> {
     ObjectValue<DSAPublicKeyChoice> value;
     std::optional<KeyInfo<DomainParameters, PublicKeyOperations>> keyInfo;
     ASN1::Unknown unknown;
@@ -111,7 +112,7 @@ struct PublicDSAKeyAttributes : ASN1::Sequence<PublicDSAKeyAttributes> {
 ///         raw   INTEGER,
 ///         spki  SubjectPublicKeyInfo,
 ///         ... }
-struct KEAPublicKeyChoice : ASN1::Choice<KEAPublicKeyChoice> {
+struct TOVI_API KEAPublicKeyChoice : ASN1::Choice<KEAPublicKeyChoice> {
     enum Alternative : std::size_t { raw, spki, unknown, none };
     std::variant<ASN1::INTEGER, SubjectPublicKeyInfo, ASN1::OpenData, std::monostate> value{
         std::monostate()};
@@ -122,7 +123,7 @@ struct KEAPublicKeyChoice : ASN1::Choice<KEAPublicKeyChoice> {
 ///         value    ObjectValue {KEAPublicKeyChoice},
 ///         keyInfo  KeyInfo {DomainParameters, PublicKeyOperations} OPTIONAL,
 ///         ... }
-struct PublicKEAKeyAttributes : ASN1::Sequence<PublicKEAKeyAttributes> {
+struct TOVI_API PublicKEAKeyAttributes : ASN1::Sequence<PublicKEAKeyAttributes> {
     ObjectValue<KEAPublicKeyChoice> value;
     std::optional<KeyInfo<DomainParameters, PublicKeyOperations>> keyInfo;
     ASN1::Unknown unknown;
@@ -141,7 +142,7 @@ using PublicKeyObject = PKCS15Object<CommonKeyAttributes, CommonPublicKeyAttribu
 ///         publicDSAKey  [2] PublicKeyObject {PublicDSAKeyAttributes},
 ///         publicKEAKey  [3] PublicKeyObject {PublicKEAKeyAttributes},
 ///         ... }
-struct PublicKeyType : ASN1::Choice<PublicKeyType> {
+struct TOVI_API PublicKeyType : ASN1::Choice<PublicKeyType> {
     enum Alternative : std::size_t {
         publicRSAKey,
         publicECKey,

@@ -3,6 +3,7 @@
 #include <optional>
 #include <variant>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/CommonKeyAttributes.h"
 #include "tovi/pkcs15/ObjectValue.h"
 #include "tovi/pkcs15/PKCS15Object.h"
@@ -13,7 +14,7 @@ namespace PKCS15 {
 ///     GenericSecretKeyAttributes ::= SEQUENCE {
 ///         value  ObjectValue { OCTET STRING },
 ///         ... }
-struct GenericSecretKeyAttributes : ASN1::Sequence<GenericSecretKeyAttributes> {
+struct TOVI_API GenericSecretKeyAttributes : ASN1::Sequence<GenericSecretKeyAttributes> {
     ObjectValue<ASN1::OCTET_STRING> value;
     ASN1::Unknown unknown;
     static const ASN1::Type type;
@@ -27,7 +28,7 @@ using SecretKeyObject = PKCS15Object<CommonKeyAttributes, CommonSecretKeyAttribu
 ///     OtherKey ::= SEQUENCE {
 ///         keyType  OBJECT IDENTIFIER,
 ///         keyAttr  SecretKeyObject {GenericSecretKeyAttributes} }
-struct OtherKey : ASN1::Sequence<OtherKey> {
+struct TOVI_API OtherKey : ASN1::Sequence<OtherKey> {
     ASN1::OBJECT_IDENTIFIER keyType;
     SecretKeyObject<GenericSecretKeyAttributes> keyAttr;
     static const ASN1::Type type;
@@ -51,7 +52,7 @@ struct OtherKey : ASN1::Sequence<OtherKey> {
 ///         rc6Key           [13] SecretKeyObject {GenericSecretKeyAttributes},
 ///         otherKey         [14] OtherKey,
 ///         ... }
-struct SecretKeyType : ASN1::Choice<SecretKeyType> {
+struct TOVI_API SecretKeyType : ASN1::Choice<SecretKeyType> {
     enum Alternative : std::size_t {
         genericSecretKey,
         rc2key,

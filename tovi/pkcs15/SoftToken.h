@@ -4,6 +4,7 @@
 #include <variant>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/pkcs15/EnvelopedData.h"
 #include "tovi/pkcs15/PKCS15Objects.h"
 
@@ -14,7 +15,7 @@ namespace PKCS15 {
 ///         hint   Label OPTIONAL,
 ///         algId  AlgorithmIdentifier {{KeyDerivationAlgorithms}},
 ///         ... }
-struct PasswordInfo : ASN1::Sequence<PasswordInfo> {
+struct TOVI_API PasswordInfo : ASN1::Sequence<PasswordInfo> {
     std::optional<Label> hint;
     AlgorithmIdentifier algId;
     ASN1::Unknown unknown;
@@ -22,14 +23,14 @@ struct PasswordInfo : ASN1::Sequence<PasswordInfo> {
 };
 
 /// The CHOICE in place of KeyManagementInfo.keyInfo.
-struct ManagedKeyInfo : ASN1::Choice<ManagedKeyInfo> {
+struct TOVI_API ManagedKeyInfo : ASN1::Choice<ManagedKeyInfo> {
     enum Alternative : std::size_t { recipientInfo, passwordInfo, none };
     std::variant<RecipientInfo, PasswordInfo, std::monostate> value{std::monostate()};
     static const ASN1::Type type;
 };
 
 /// The SEQUENCE in place of KeyManagementInfo's elements.
-struct ManagedKey : ASN1::Sequence<ManagedKey> {
+struct TOVI_API ManagedKey : ASN1::Sequence<ManagedKey> {
     Identifier keyId;
     ManagedKeyInfo keyInfo;
     static const ASN1::Type type;
@@ -41,13 +42,13 @@ struct ManagedKey : ASN1::Sequence<ManagedKey> {
 ///             recipientInfo  RecipientInfo,
 ///             passwordInfo   [0] PasswordInfo } }
 using KeyManagementInfo = std::vector<ManagedKey>;
-extern const ASN1::Type keyManagementInfoType;
+TOVI_API extern const ASN1::Type keyManagementInfoType;
 
 ///     PKCS15Token ::= SEQUENCE {
 ///         version            INTEGER { v1(0) } (v1, ...),
 ///         keyManagementInfo  [0] KeyManagementInfo OPTIONAL,
 ///         pkcs15Objects      SEQUENCE OF PKCS15Objects }
-struct PKCS15Token : ASN1::Sequence<PKCS15Token> {
+struct TOVI_API PKCS15Token : ASN1::Sequence<PKCS15Token> {
     ASN1::INTEGER version;
     std::optional<KeyManagementInfo> keyManagementInfo;
     std::vector<PKCS15Objects> pkcs15Objects;

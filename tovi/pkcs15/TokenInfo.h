@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/asn1/Expected.h"
 #include "tovi/pkcs15/Basic.h"
 #include "tovi/pkcs15/KeyInfo.h"
@@ -15,7 +16,7 @@ namespace PKCS15 {
 
 ///     TokenFlags ::= BIT STRING {
 ///         readonly (0), loginRequired (1), prnGeneration (2), eidCompliant (3) }
-struct TokenFlags : ASN1::BIT_STRING {
+struct TOVI_API TokenFlags : ASN1::BIT_STRING {
     using ASN1::BIT_STRING::BIT_STRING;
     enum Bit : std::size_t { readonly, loginRequired, prnGeneration, eidCompliant };
     static const ASN1::Type type;
@@ -27,7 +28,7 @@ struct TokenFlags : ASN1::BIT_STRING {
 ///         se     INTEGER (0..pkcs15-ub-seInfo),
 ///         owner  OBJECT IDENTIFIER,
 ///         ... }
-struct SecurityEnvironmentInfo : ASN1::Sequence<SecurityEnvironmentInfo> {
+struct TOVI_API SecurityEnvironmentInfo : ASN1::Sequence<SecurityEnvironmentInfo> {
     std::uint64_t se = 0;
     ASN1::Expected<ASN1::OBJECT_IDENTIFIER> owner;
     ASN1::Unknown unknown;
@@ -42,7 +43,7 @@ struct SecurityEnvironmentInfo : ASN1::Sequence<SecurityEnvironmentInfo> {
 ///         cDFRecordLength    [4] INTEGER (0..pkcs15-ub-recordLength) OPTIONAL,
 ///         dODFRecordLength   [5] INTEGER (0..pkcs15-ub-recordLength) OPTIONAL,
 ///         aODFRecordLength   [6] INTEGER (0..pkcs15-ub-recordLength) OPTIONAL }
-struct RecordInfo : ASN1::Sequence<RecordInfo> {
+struct TOVI_API RecordInfo : ASN1::Sequence<RecordInfo> {
     std::optional<std::uint64_t> oDFRecordLength;
     std::optional<std::uint64_t> prKDFRecordLength;
     std::optional<std::uint64_t> puKDFRecordLength;
@@ -53,9 +54,10 @@ struct RecordInfo : ASN1::Sequence<RecordInfo> {
     static const ASN1::Type type;
 };
 
-/// The number by which keys name a row of TokenInfo.supportedAlgorithms. ISO/IEC 7816-15:2016 also has a
-/// [1] OCTET STRING in its place, which is kept in `otherForm` and written back until a number is assigned.
-struct AlgorithmReference {
+/// The number by which keys name a row of TokenInfo.supportedAlgorithms. ISO/IEC 7816-15:2016 also
+/// has a [1] OCTET STRING in its place, which is kept in `otherForm` and written back until a
+/// number is assigned.
+struct TOVI_API AlgorithmReference {
     std::uint64_t number = 0;
     ASN1::Boxed<ASN1::OpenData> otherForm;
 
@@ -72,9 +74,9 @@ struct AlgorithmReference {
 ///         algorithm            PKCS15-ALGORITHM.&id ({AlgorithmSet}),
 ///         parameters           PKCS15-ALGORITHM.&Parameters ({AlgorithmSet}{@algorithm}),
 ///         supportedOperations  PKCS15-ALGORITHM.&Operations ({AlgorithmSet}{@algorithm}),
-///         algId                PKCS15-ALGORITHM.&objectIdentifier ({AlgorithmSet}{@algorithm}) OPTIONAL,
-///         algRef               Reference OPTIONAL }
-struct AlgorithmInfo : ASN1::Sequence<AlgorithmInfo> {
+///         algId                PKCS15-ALGORITHM.&objectIdentifier ({AlgorithmSet}{@algorithm})
+///         OPTIONAL, algRef               Reference OPTIONAL }
+struct TOVI_API AlgorithmInfo : ASN1::Sequence<AlgorithmInfo> {
     AlgorithmReference reference;
     ASN1::INTEGER algorithm;  ///< a PKCS#11 mechanism number
     ASN1::OpenData parameters{0x05, 0x00};
@@ -92,7 +94,7 @@ struct AlgorithmInfo : ASN1::Sequence<AlgorithmInfo> {
 ///         generalizedTime  GeneralizedTime,
 ///         referencedTime   ReferencedValue {GeneralizedTime},
 ///         ... }
-struct LastUpdate : ASN1::Choice<LastUpdate> {
+struct TOVI_API LastUpdate : ASN1::Choice<LastUpdate> {
     enum Alternative : std::size_t { generalizedTime, referencedTime, unknown, none };
     std::variant<ASN1::GeneralizedTime, ReferencedValue, ASN1::OpenData, std::monostate> value{
         std::monostate()};
@@ -115,7 +117,7 @@ struct LastUpdate : ASN1::Choice<LastUpdate> {
 ///         holderId             [4] Label OPTIONAL,
 ///         lastUpdate           [5] EXPLICIT LastUpdate OPTIONAL,
 ///         preferredLanguage    PrintableString OPTIONAL }
-struct TokenInfo : ASN1::Sequence<TokenInfo> {
+struct TOVI_API TokenInfo : ASN1::Sequence<TokenInfo> {
     ASN1::INTEGER version;
     ASN1::Expected<ASN1::OCTET_STRING> serialNumber;
     std::optional<Label> manufacturerID;
@@ -133,7 +135,9 @@ struct TokenInfo : ASN1::Sequence<TokenInfo> {
 
     // These bring their member into being unless it is there.
     Label& set_label() { return label ? *label : label.emplace(); }
-    Label& set_manufacturerID() { return manufacturerID ? *manufacturerID : manufacturerID.emplace(); }
+    Label& set_manufacturerID() {
+        return manufacturerID ? *manufacturerID : manufacturerID.emplace();
+    }
     std::vector<AlgorithmInfo>& set_supportedAlgorithms() {
         return supportedAlgorithms ? *supportedAlgorithms : supportedAlgorithms.emplace();
     }

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "tovi/Export.h"
+
 namespace tovi {
 
 /// One decoded record of a directory file, before it is turned into an info.
@@ -10,7 +12,7 @@ namespace tovi {
 /// The record does not free its value: copies share the pointer, and the owner of a vector of
 /// records releases them with clearObjects.
 template <class T>
-struct ASN1Object {
+struct TOVI_API ASN1Object {
     T* value = nullptr;      ///< null when the octets did not decode
     bool isValid = false;    ///< decoded, and within the constraints of its type
     bool isDecoded = false;  ///< became a complete info

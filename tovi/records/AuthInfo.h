@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/PKCS11Attrs.h"
 
 namespace tovi {
@@ -14,7 +15,7 @@ inline constexpr std::uint32_t noAuthValue = ~std::uint32_t{0};
 
 /// The typed part of an authentication object (entry of an AODF, PKCS#15 v1.1). Members are
 /// named after the fields of the standard; those of other types keep their "no value".
-struct AuthInfo : PKCS11Attrs {
+struct TOVI_API AuthInfo : PKCS11Attrs {
     Blob label;
     Blob authKeyId;     ///< iD of the secret key of an authentication key
     Blob authObjectId;  ///< authId of the class attributes: the object's own identifier

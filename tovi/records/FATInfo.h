@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "tovi/Export.h"
+
 namespace tovi {
 
 /// Object-type codes: the owner of a row of the file-allocation table. Trusted variants are the
@@ -26,7 +28,7 @@ enum ObjectType : std::uint8_t {
 };
 
 /// One row of the file-allocation table: a plain value of six octets.
-struct FATInfo {
+struct TOVI_API FATInfo {
     std::uint8_t objectType = freeRow;
     std::uint8_t isPrivate = 0xFF;  ///< 0 or 1; 0xFF in a free row
     std::uint16_t indexA = 0xFFFF;  ///< the row's own index, low 16 bits

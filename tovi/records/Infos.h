@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/PKCS11Attrs.h"
 #include "tovi/records/PKCS15Object.h"
 
@@ -20,24 +21,24 @@ inline constexpr std::uint64_t trustedUsageLogon = 0x100;
 inline constexpr std::uint64_t trustedUsageLogonDecoded = 267;
 
 /// A private key (entry of a PrKDF, PKCS#15 v1.1).
-struct PrivateKeyInfo : PKCS11Attrs {
+struct TOVI_API PrivateKeyInfo : PKCS11Attrs {
     Blob label;
     Blob id;                            ///< iD of CommonKeyAttributes
     std::uint64_t keyType = noKeyType;  ///< CKK_ number
 };
 
 /// A public key (entry of a PuKDF, PKCS#15 v1.1).
-struct PublicKeyInfo : PKCS11Attrs {
+struct TOVI_API PublicKeyInfo : PKCS11Attrs {
     Blob label;
     Blob id;                            ///< iD of CommonKeyAttributes
     std::uint64_t keyType = noKeyType;  ///< CKK_ number
 };
 
 /// A public key that the card issuer trusts.
-struct TrustedPublicKeyInfo : PublicKeyInfo {};
+struct TOVI_API TrustedPublicKeyInfo : PublicKeyInfo {};
 
 /// A certificate of the holder (entry of a CDF, PKCS#15 v1.1).
-struct CertificateInfo : PKCS11Attrs {
+struct TOVI_API CertificateInfo : PKCS11Attrs {
     Blob label;
     Blob id;                            ///< iD of CommonCertificateAttributes
     std::uint64_t certificateType = 0;  ///< CKC_ number; only X.509 is decoded
@@ -46,13 +47,13 @@ struct CertificateInfo : PKCS11Attrs {
 };
 
 /// A certificate that the card issuer trusts.
-struct TrustedCertificateInfo : CertificateInfo {};
+struct TOVI_API TrustedCertificateInfo : CertificateInfo {};
 
 /// A certificate that is useful but neither the holder's nor trusted.
-struct UsefulCertificateInfo : CertificateInfo {};
+struct TOVI_API UsefulCertificateInfo : CertificateInfo {};
 
 /// A secret key (entry of an SKDF, PKCS#15 v1.1).
-struct BlockCipherKeyInfo : PKCS11Attrs {
+struct TOVI_API BlockCipherKeyInfo : PKCS11Attrs {
     Blob label;
     Blob algorithmName;           ///< "DES", "TripleDES" or a name that the caller gave
     std::uint64_t keyLength = 0;  ///< in octets
@@ -60,14 +61,14 @@ struct BlockCipherKeyInfo : PKCS11Attrs {
 };
 
 /// A data object (entry of a DODF, PKCS#15 v1.1).
-struct DataInfo : PKCS11Attrs {
+struct TOVI_API DataInfo : PKCS11Attrs {
     Blob label;
     Blob applicationName;
 };
 
 /// A key container: the keys of one holder with their certificates, by record number. It lives in
 /// memory only. Record 0 is always TokenInfo, so 0 means none.
-struct ContainerInfo : PKCS11Attrs {
+struct TOVI_API ContainerInfo : PKCS11Attrs {
     Blob label;
     std::uint64_t exchangeKeyRecord = 0;
     std::uint64_t exchangeCertificateRecord = 0;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/Blob.h"
 
 namespace tovi {
@@ -23,14 +24,14 @@ inline constexpr std::int32_t noUserConsent = -1;
 inline constexpr std::int64_t noLink = -1;
 
 /// Where an object's value lies on the card (Path, PKCS#15 v1.1).
-struct PKCS15Path {
+struct TOVI_API PKCS15Path {
     Blob path;                 ///< file identifiers, two octets each
     std::uint16_t index = 0;   ///< octet of a transparent file, record of a linear one
     std::uint16_t length = 0;  ///< in octets; 0 with index 0: the whole file
 };
 
 /// What every object of the application has (CommonObjectAttributes and the like).
-struct PKCS15Object {
+struct TOVI_API PKCS15Object {
     /// Of a private key: the record number of its public key, the one with the same id.
     std::int64_t auxValue1 = noLink;
     /// Of a private key, public key or certificate: the record number of its key container.
@@ -65,6 +66,6 @@ inline std::uint16_t fid16(const PKCS15Object& object) {
 
 /// One object of the application: the common part and the typed part.
 template <class T>
-struct PKCS15ObjectInfo : PKCS15Object, T {};
+struct TOVI_API PKCS15ObjectInfo : PKCS15Object, T {};
 
 }  // namespace tovi

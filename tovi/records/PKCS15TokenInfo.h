@@ -4,12 +4,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "tovi/Export.h"
 #include "tovi/interfaces/PKCS11Attrs.h"
 
 namespace tovi {
 
 /// One algorithm that the card can perform (AlgorithmInfo, PKCS#15 v1.1).
-struct PKCS15AlgorithmInfo {
+struct TOVI_API PKCS15AlgorithmInfo {
     std::uint64_t algorithm = 0;  ///< number of a PKCS#11 mechanism
     Blob algId;                   ///< arcs of the object identifier, one octet each
     /// compute-checksum, compute-signature, verify-checksum, verify-signature, encipher, decipher,
@@ -18,7 +19,7 @@ struct PKCS15AlgorithmInfo {
 };
 
 /// The names that the token goes by.
-struct TokenInfo : PKCS11Attrs {
+struct TOVI_API TokenInfo : PKCS11Attrs {
     Blob label;
     Blob serialNumber;
     std::uint8_t tokenAux1 = 0;  ///< 0xFF after reading; carried for callers like the next two
@@ -27,7 +28,7 @@ struct TokenInfo : PKCS11Attrs {
 };
 
 /// EF(TokenInfo) as a plain record (PKCS#15 v1.1).
-struct PKCS15TokenInfo {
+struct TOVI_API PKCS15TokenInfo {
     Blob manufacturerID;
     bool readonly = false;
     bool loginRequired = true;

@@ -22,7 +22,14 @@ function(tovi_folder name)
   endif()
   add_library(tovi_${name} OBJECT ${ARGN})
   target_link_libraries(tovi_${name} PRIVATE tovi_options)
+  # The shared library shows what is marked TOVI_API (tovi/Export.h) and nothing else.
+  set_target_properties(tovi_${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   set_property(GLOBAL APPEND PROPERTY TOVI_FOLDERS tovi_${name})
+endfunction()
+
+# tovi_needs(<library>): a library of the system, named as after -l, that all who link the library link too.
+function(tovi_needs library)
+  set_property(GLOBAL APPEND PROPERTY TOVI_NEEDED ${library})
 endfunction()
 
 # tovi_precompiled(<target> <set> <headers>...): parses the headers once for all targets of a set, which have to be

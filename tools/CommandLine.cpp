@@ -9,7 +9,7 @@
 namespace tovi {
 namespace {
 
-constexpr const char* version = "tovi 0.1.0";
+constexpr const char* version = "tovi " TOVI_VERSION;
 
 struct Entry {
     std::unique_ptr<Command> command;

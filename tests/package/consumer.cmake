@@ -1,5 +1,0 @@
-cmake_minimum_required(VERSION 3.25)
-project(consumer LANGUAGES CXX)
-find_package(tovi REQUIRED)
-add_executable(consumer list_keys.cpp)
-target_link_libraries(consumer PRIVATE tovi::tovi)

@@ -25,6 +25,8 @@ bool isInUse(const CardFolderError& error) {
     return std::string_view(error.GetMessage()) == "card folder in use";
 }
 
+}  // namespace
+
 std::unique_ptr<CardFolder> openFolder(Invocation& call, const std::string& folder,
                                        CardFolder::Mode mode) {
     CardFolder::Options options;
@@ -40,8 +42,6 @@ std::unique_ptr<CardFolder> openFolder(Invocation& call, const std::string& fold
         }
     }
 }
-
-}  // namespace
 
 FolderSource::FolderSource(Invocation& call, CardFolder::Mode mode)
     : name_(folderNamed(call)), folder_(openFolder(call, name_, mode)), channel_(folder_->card()) {}

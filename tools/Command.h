@@ -73,6 +73,7 @@ std::unique_ptr<Command> makeApplyCommand();
 std::unique_ptr<Command> makeDeleteCommand();
 std::unique_ptr<Command> makeTokenInfoCommand();
 std::unique_ptr<Command> makeFreeFidCommand();
+std::unique_ptr<Command> makeServeCommand();
 
 /// Runs the command line `arguments`, which begins behind the program's name. Never throws; returns
 /// the exit status of the process.

@@ -36,9 +36,9 @@ private:
 
 CommandLine::CommandLine() {
     declareOptions();
-    for (auto make :
-         {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand, makeInitCommand,
-          makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand, makeFreeFidCommand}) {
+    for (auto make : {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand,
+                      makeInitCommand, makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand,
+                      makeFreeFidCommand, makeServeCommand}) {
         Entry& entry = entries_.emplace_back(Entry{make(), nullptr});
         entry.app = entry.command->declare(app_);
     }

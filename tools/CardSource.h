@@ -23,8 +23,8 @@ public:
     virtual std::string name() const = 0;
 };
 
-/// Opens a card folder as soon as nobody else has it. Throws CardFolderError when it cannot be used,
-/// and Interrupted when the user stops waiting for somebody else who uses the card.
+/// Opens a card folder as soon as nobody else has it. Throws CardFolderError when it cannot be
+/// used, and Interrupted when the user stops waiting for somebody else who uses the card.
 std::unique_ptr<CardFolder> openFolder(Invocation& call, const std::string& folder,
                                        CardFolder::Mode mode);
 

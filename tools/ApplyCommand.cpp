@@ -93,7 +93,7 @@ void Performance::perform(const Operation& operation) {
         table_.add({result["op"], operation.object(), resultText(operation, result)});
         results_.push_back(std::move(result));
     } catch (const Exception& exception) {
-        reportFailure(operation, ErrorReport::of(exception));
+        reportFailure(operation, call_.explained(ErrorReport::of(exception)));
     } catch (const std::exception& exception) {
         reportFailure(operation, ErrorReport::of(exception, call_.operation()));
     }

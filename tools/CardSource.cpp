@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string_view>
 
+#include "tools/ReaderSource.h"
 #include "tovi/card/CardFolderError.h"
 
 namespace tovi {
@@ -16,7 +17,8 @@ std::string folderNamed(Invocation& call) {
     const std::string& folder = options.card.empty() ? call.console().defaultCard : options.card;
     if (folder.empty()) {
         throw UsageError(
-            "no card: name one with --card DIR or TOVI_CARD; 'tovi init DIR' makes a card folder");
+            "no card: name one with --card DIR, TOVI_CARD or --reader NAME; "
+            "'tovi init DIR' makes a card folder");
     }
     return folder;
 }
@@ -47,9 +49,7 @@ FolderSource::FolderSource(Invocation& call, CardFolder::Mode mode)
     : name_(folderNamed(call)), folder_(openFolder(call, name_, mode)), channel_(folder_->card()) {}
 
 std::unique_ptr<CardSource> openCardSource(Invocation& call, CardFolder::Mode mode) {
-    if (!call.options().reader.empty()) {
-        throw Failure("readers are not supported by this build; use --card DIR", call.operation());
-    }
+    if (!call.options().reader.empty()) return std::make_unique<ReaderSource>(call);
     return std::make_unique<FolderSource>(call, mode);
 }
 

@@ -19,6 +19,14 @@ void Invocation::printJson(const nlohmann::ordered_json& document) {
     printText(jsonForTerminal(document.dump(2, ' ', false, Json::error_handler_t::replace)) + '\n');
 }
 
+ErrorReport Invocation::explained(ErrorReport report) const {
+    if (cardFailure_.empty()) return report;
+    // The library's operations keep or replace the message of the card.
+    const bool isSaid = cardFailure_.compare(0, report.message.size(), report.message) == 0;
+    report.message = isSaid ? cardFailure_ : report.message + ": " + cardFailure_;
+    return report;
+}
+
 void Invocation::checkInterrupt() const {
     if (console_.interrupted != nullptr && *console_.interrupted) throw Interrupted{};
 }

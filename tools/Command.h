@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -23,6 +24,8 @@ struct GlobalOptions {
     std::string card;    ///< card folder; empty when none was named
     std::string reader;  ///< unique part of a PC/SC reader's name
     std::string aid;     ///< hexadecimal; empty: the PKCS#15 application
+    bool waits = false;  ///< for a card in the reader
+    std::optional<std::chrono::seconds> patience = {};  ///< of that wait; none: without end
     bool json = false;
     bool trace = false;
     bool quiet = false;
@@ -44,6 +47,10 @@ public:
     void printText(std::string_view text);
     /// Writes the one JSON document of this call.
     void printJson(const nlohmann::ordered_json& document);
+    /// Remembers why the card could not be reached, until the next command that it answers: "".
+    void noteCardFailure(std::string message) { cardFailure_ = std::move(message); }
+    /// The report of a failure, with the reason why the card could not be reached.
+    ErrorReport explained(ErrorReport report) const;
     /// Throws Interrupted when the user asked to stop.
     void checkInterrupt() const;
 
@@ -51,6 +58,7 @@ private:
     const GlobalOptions& options_;
     Console& console_;
     std::string operation_;
+    std::string cardFailure_;
 };
 
 /// One command of tovi, such as `list`.
@@ -64,6 +72,7 @@ public:
     virtual ExitCode run(Invocation& call) = 0;
 };
 
+std::unique_ptr<Command> makeReadersCommand();
 std::unique_ptr<Command> makeListCommand();
 std::unique_ptr<Command> makeShowCommand();
 std::unique_ptr<Command> makeDumpCommand();

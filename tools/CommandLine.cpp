@@ -28,6 +28,7 @@ public:
 
 private:
     void declareOptions();
+    void setWait(const std::string& seconds);
 
     CLI::App app_{"Reads and changes the PKCS#15 application of a smart card", "tovi"};
     GlobalOptions options_;
@@ -38,7 +39,7 @@ CommandLine::CommandLine() {
     declareOptions();
     for (auto make : {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand,
                       makeInitCommand, makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand,
-                      makeFreeFidCommand, makeServeCommand}) {
+                      makeFreeFidCommand, makeReadersCommand, makeServeCommand}) {
         Entry& entry = entries_.emplace_back(Entry{make(), nullptr});
         entry.app = entry.command->declare(app_);
     }
@@ -48,11 +49,19 @@ void CommandLine::declareOptions() {
     auto* card = app_.add_option("--card", options_.card, "a card folder (default: $TOVI_CARD)")
                      ->type_name("DIR")
                      ->check(checkedNotEmpty);
-    app_.add_option("--reader", options_.reader,
-                    "a PC/SC reader, by a unique part of its name (not in this build)")
-        ->type_name("NAME")
-        ->check(checkedNotEmpty)
-        ->excludes(card);
+    auto* reader =
+        app_.add_option("--reader", options_.reader, "a PC/SC reader, by a unique part of its name")
+            ->type_name("NAME")
+            ->check(checkedNotEmpty)
+            ->excludes(card);
+    app_.add_option_function<std::string>(
+            "--wait", [this](const std::string& seconds) { setWait(seconds); },
+            "waits for a card in the reader, SECONDS at most")
+        ->expected(0, 1)
+        ->default_str("")
+        ->type_name("[SECONDS]")
+        ->check(checkedSeconds)
+        ->needs(reader);
     app_.add_option("--aid", options_.aid, "the application's identifier (default: PKCS#15's)")
         ->type_name("HEX")
         ->check(checkedAid);
@@ -62,6 +71,11 @@ void CommandLine::declareOptions() {
     app_.set_version_flag("--version", version);
     app_.require_subcommand(0, 1);  // none is reported below, behind words that are no command
     app_.fallthrough();
+}
+
+void CommandLine::setWait(const std::string& seconds) {
+    options_.waits = true;
+    if (!seconds.empty()) options_.patience = std::chrono::seconds(std::stol(seconds));
 }
 
 void CommandLine::parse(std::vector<std::string> arguments) {
@@ -109,7 +123,7 @@ ExitCode perform(const CommandLine& line, Console& console) {
     } catch (const UsageError& error) {
         return reportUsage(error.what(), json, console);
     } catch (const Exception& exception) {
-        return reportFailure(ErrorReport::of(exception), json, console);
+        return reportFailure(call.explained(ErrorReport::of(exception)), json, console);
     } catch (const std::exception& exception) {
         return reportFailure(ErrorReport::of(exception, call.operation()), json, console);
     }

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
+
+#include "tovi/card/IPcscService.h"
 
 namespace tovi {
 
@@ -19,6 +23,8 @@ struct Console {
     const std::atomic<bool>* interrupted = nullptr;
     /// `err` is a terminal, where a line may be written over.
     bool showsProgress = false;
+    /// The PC/SC service, for calls that use readers.
+    std::function<std::shared_ptr<IPcscService>()> pcsc = makePcscService;
 };
 
 }  // namespace tovi

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "tools/Text.h"
-#include "tovi/card/CardFolderError.h"
+#include "tovi/card/DetailedError.h"
 
 namespace tovi {
 namespace {
@@ -21,8 +21,8 @@ ErrorReport ErrorReport::of(const Exception& exception) {
     ErrorReport report{text(exception.GetMessage()), text(exception.GetOperation()),
                        exception.GetCode()};
     // The constant message says what failed; where and why is told apart from it.
-    if (const auto* folder = dynamic_cast<const CardFolderError*>(&exception)) {
-        report.message += ": " + folder->text();
+    if (const auto* detailed = dynamic_cast<const DetailedError*>(&exception)) {
+        report.message += ": " + detailed->text();
     }
     return report;
 }

@@ -34,6 +34,12 @@ std::string checkedFid(const std::string& text) {
     return isHex(text, 2, 2) ? "" : "a file identifier is 2 octets in hexadecimal";
 }
 
+std::string checkedSeconds(const std::string& text) {
+    constexpr std::size_t mostDigits = 6;
+    const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
+    return isNumber && text.size() <= mostDigits ? "" : "a time is a number of seconds";
+}
+
 std::string checkedNotEmpty(const std::string& text) {
     return text.empty() ? "the name is empty" : "";
 }

@@ -107,12 +107,6 @@ TEST(CommandLine, TakesTheCardOfTheEnvironment) {
         << "the option counts more";
 }
 
-TEST(CommandLine, SaysThatItHasNoReaders) {
-    const Result result = run({"--reader", "Some", "list"}, {.defaultCard = card});
-    EXPECT_EQ(result.exit, 1);
-    EXPECT_THAT(result.err, HasSubstr("readers are not supported"));
-}
-
 TEST(CommandLine, ReportsAFailureInOneLineWithOperationAndCode) {
     const Result result = run({"--card", sampleCard("no-token-info"), "list"});
     EXPECT_EQ(result.exit, 1);

@@ -23,6 +23,7 @@ Result run(const std::vector<std::string>& arguments, const Surroundings& surrou
                     surroundings.defaultCard,
                     surroundings.interrupted,
                     surroundings.showsProgress};
+    console.pcsc = surroundings.pcsc;
     const int exit = runCommandLine(arguments, console);
     return {exit, out.str(), err.str()};
 }

@@ -2,9 +2,13 @@
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
+
+#include "tovi/card/IPcscService.h"
 
 namespace tovi::test {
 
@@ -27,6 +31,7 @@ struct Surroundings {
     bool colour = false;
     const std::atomic<bool>* interrupted = nullptr;
     bool showsProgress = false;
+    std::function<std::shared_ptr<IPcscService>()> pcsc = makePcscService;
 };
 
 /// Runs the command in this process.

@@ -24,6 +24,10 @@ function(tovi_folder name)
   target_link_libraries(tovi_${name} PRIVATE tovi_options)
   # The shared library shows what is marked TOVI_API (tovi/Export.h) and nothing else.
   set_target_properties(tovi_${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # A library with unique symbols is never unloaded, and this one is for modules that are.
+    target_compile_options(tovi_${name} PRIVATE -fno-gnu-unique)
+  endif()
   set_property(GLOBAL APPEND PROPERTY TOVI_FOLDERS tovi_${name})
 endfunction()
 

@@ -21,7 +21,7 @@ _tovi_options_of() {
   esac
 }
 
-# _tovi_takes_value OPTION: whether a value stands behind it.
+# _tovi_takes_value OPTION: whether a value has to stand behind it.
 _tovi_takes_value() {
   case $1 in
     --json | --trace | --quiet | --wait | --help | -h | --version | --keep-going | --der | --values | --redact | --once)

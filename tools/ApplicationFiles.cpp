@@ -58,6 +58,21 @@ std::size_t ApplicationFile::count(Segment::Kind wanted) const {
                       [&](const Segment& segment) { return segment.kind == wanted; }));
 }
 
+std::size_t ApplicationFile::recordCount() const {
+    return static_cast<std::size_t>(
+        std::count_if(segments.begin(), segments.end(),
+                      [](const Segment& segment) { return segment.isRecord(); }));
+}
+
+std::size_t ApplicationFile::octetsFree() const {
+    std::size_t free = 0;
+    for (const Segment& segment : segments) {
+        const bool isUsed = segment.isRecord() || segment.kind == Segment::Kind::wrapper;
+        if (!isUsed) free += segment.octets.size();
+    }
+    return free;
+}
+
 std::string ApplicationFile::name() const {
     const std::string path = toHex(file.path);
     return kind->name.empty() ? "EF " + path : "EF(" + std::string(kind->name) + ") " + path;
@@ -71,6 +86,30 @@ ApplicationPlace::ApplicationPlace(const Blob& application, const DirectoryEntry
     odf = place(entry.odf, PKCS15_EF_ODF);
     tokenInfo = place(entry.tokenInfo, PKCS15_EF_TOKEN_INFO);
     unusedSpace = place(entry.unusedSpace, unusedSpacePath);
+}
+
+std::vector<FileLocation> optionalFiles(const ApplicationPlace& place) {
+    return {{&unusedSpaceFile, place.unusedSpace}, {&dirFile, Blob{0x3F, 0x00, 0x2F, 0x00}}};
+}
+
+bool isAbsent(const ApplicationFile& file) {
+    constexpr std::int64_t fileNotFound = statusWordCode + 0x6A82;
+    const bool mayBeAbsent = file.kind == &unusedSpaceFile || file.kind == &dirFile;
+    return mayBeAbsent && file.error && file.error->code == fileNotFound;
+}
+
+std::string_view structureName(FileStructure structure) {
+    switch (structure) {
+        case FileStructure::transparent:
+            return "transparent";
+        case FileStructure::linearFixed:
+            return "linear-fixed";
+        case FileStructure::linearVariable:
+            return "linear";
+        case FileStructure::other:
+            return "other";
+    }
+    return "";
 }
 
 std::vector<FileLocation> locateApplicationFiles(ISCardOS& os, const ApplicationPlace& place) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/EfDir.h"
@@ -29,6 +30,10 @@ struct ApplicationFile {
     ApplicationFile& operator=(ApplicationFile&&) = default;
 
     std::size_t count(Segment::Kind kind) const;
+    /// Records, decodable or not.
+    std::size_t recordCount() const;
+    /// Octets that are no record.
+    std::size_t octetsFree() const;
     /// "EF(PrKDF) 3F0050154401"
     std::string name() const;
 };
@@ -50,6 +55,14 @@ struct ApplicationPlace {
     /// The usual identifiers 5031, 5032 and 5033 below `root`, where EF(DIR) says nothing else.
     explicit ApplicationPlace(const Blob& root, const DirectoryEntry& entry = {});
 };
+
+/// EF(UnusedSpace) and EF(DIR), which EF(ODF) does not name and a card need not have.
+std::vector<FileLocation> optionalFiles(const ApplicationPlace& place);
+/// Whether it is one of these two and not there.
+bool isAbsent(const ApplicationFile& file);
+
+/// "transparent", "linear-fixed", "linear", "other".
+std::string_view structureName(FileStructure structure);
 
 /// Selects the application and tells where EF(TokenInfo), EF(ODF) and every directory file lie that
 /// EF(ODF) names, in its order. Throws "Failed to select PKCS15 AID" for a card without the

@@ -4,8 +4,7 @@
 
 #include "tools/CardAccess.h"
 #include "tools/Command.h"
-#include "tools/Findings.h"
-#include "tools/Model.h"
+#include "tools/Inspection.h"
 
 namespace tovi {
 namespace {
@@ -18,34 +17,6 @@ public:
     }
     ExitCode run(Invocation& call) override;
 };
-
-std::vector<ApplicationFile> filesOf(CardAccess& card) {
-    std::vector<ApplicationFile> files = readApplicationFiles(card.os(), card.place());
-    for (ApplicationFile& file : files) file.recordCapacity = card.recordCapacity(file.file.path);
-    return files;
-}
-
-/// A file that cannot be selected counts as transparent; what it holds nobody can tell.
-bool isLinearFile(ISCardOS& os, const Blob& path) {
-    try {
-        const FileStructure structure = os.selectFile(path).structure;
-        return structure == FileStructure::linearFixed ||
-               structure == FileStructure::linearVariable;
-    } catch (const SmartcardException&) {
-        return false;
-    }
-}
-
-/// The model's findings; that it cannot be read is one itself.
-Findings modelFindings(CardAccess& card) {
-    const ContainerPointer model = makeContainer(card.applicationPath());
-    try {
-        model->readFromCard(&card.os());
-    } catch (const Exception& exception) {
-        return {{.kind = "unreadable-application", .message = ErrorReport::of(exception).line()}};
-    }
-    return findingsOfModel(*model, [&](const Blob& path) { return isLinearFile(card.os(), path); });
-}
 
 Json findingsJson(const Findings& findings) {
     const auto textOrNull = [](const std::string& text) {
@@ -77,8 +48,7 @@ std::string findingsText(const Findings& findings, const Style& style) {
 
 ExitCode CheckCommand::run(Invocation& call) {
     CardAccess card(call, CardFolder::Mode::readOnly);
-    Findings findings = findingsOfFiles(filesOf(card), card.rootPath());
-    for (Finding& finding : modelFindings(card)) findings.push_back(std::move(finding));
+    const Findings findings = inspect(card).findings;
     if (call.options().json) {
         call.printJson(findingsJson(findings));
     } else if (!findings.empty() || !call.options().quiet) {

@@ -45,11 +45,6 @@ std::optional<Blob> pathNamed(std::string text, const Blob& rootPath) {
     return absolutePath(rootPath, *path);
 }
 
-/// Files that EF(ODF) does not name; a card need not have them.
-std::vector<FileLocation> otherFiles(const ApplicationPlace& place) {
-    return {{&unusedSpaceFile, place.unusedSpace}, {&dirFile, Blob{0x3F, 0x00, 0x2F, 0x00}}};
-}
-
 std::vector<FileLocation> withName(const std::vector<FileLocation>& files,
                                    const std::string& name) {
     std::vector<FileLocation> found;
@@ -76,7 +71,7 @@ bool isKindOfFile(const std::string& name) {
 std::vector<FileLocation> DumpCommand::chosen(Invocation& call, CardAccess& card) const {
     const ApplicationPlace place = card.place();
     std::vector<FileLocation> files = locateApplicationFiles(card.os(), place);
-    for (const FileLocation& other : otherFiles(place)) files.push_back(other);
+    for (const FileLocation& other : optionalFiles(place)) files.push_back(other);
     if (file_.empty()) return files;
     const auto found = withName(files, file_);
     if (!found.empty()) return found;
@@ -88,20 +83,6 @@ std::vector<FileLocation> DumpCommand::chosen(Invocation& call, CardAccess& card
 // ---- as JSON ----
 
 Json numberOrNull(std::size_t number) { return number == 0 ? Json(nullptr) : Json(number); }
-
-std::string_view structureName(FileStructure structure) {
-    switch (structure) {
-        case FileStructure::transparent:
-            return "transparent";
-        case FileStructure::linearFixed:
-            return "linear-fixed";
-        case FileStructure::linearVariable:
-            return "linear";
-        case FileStructure::other:
-            return "other";
-    }
-    return "";
-}
 
 Json segmentJson(const Segment& segment) {
     Json json;
@@ -154,30 +135,13 @@ std::string hexLines(ASN1::View octets) {
     return lines;
 }
 
-/// "gap of 00"; a mixed one is shown octet for octet.
-bool isUniform(ASN1::View octets) {
-    return std::all_of(octets.begin(), octets.end(),
-                       [&](std::uint8_t octet) { return octet == octets.front(); });
-}
-
-std::string segmentTitle(const Segment& segment) {
-    std::string title = segment.slot > 0 ? fmt::format("record {}, ", segment.slot) : "";
-    title += fmt::format("offset {}, {} octets: {}", segment.offset, segment.octets.size(),
-                         segmentName(segment.kind));
-    if (segment.kind == Segment::Kind::gap && !segment.octets.empty()) {
-        title += isUniform(segment.octets) ? fmt::format(" of {:02X}", segment.octets.front())
-                                           : " of 00 and FF";
-    }
-    return title;
-}
-
 std::string segmentText(const Segment& segment, const Style& style) {
     const bool isGood = segment.kind == Segment::Kind::record ||
                         segment.kind == Segment::Kind::gap ||
                         segment.kind == Segment::Kind::wrapper;
     const std::string title = segmentTitle(segment);
     std::string text = "  " + (isGood ? title : style.warning(title)) + '\n';
-    const bool isPlainGap = segment.kind == Segment::Kind::gap && isUniform(segment.octets);
+    const bool isPlainGap = segment.kind == Segment::Kind::gap && isUniform(segment);
     if (!isPlainGap) text += indented(style.dim(hexLines(segment.octets)), 4);
     if (!segment.error.empty()) text += indented(forTerminal(segment.error), 4);
     if (!segment.value) return text;
@@ -204,13 +168,6 @@ CLI::App* DumpCommand::declare(CLI::App& app) {
     dump->add_option("file", file_, "a file such as PrKDF, 4401 or 3F00/5015/4401")
         ->type_name("FILE");
     return dump;
-}
-
-/// Whether one of the files that a card need not have is not there.
-bool isAbsent(const ApplicationFile& file) {
-    constexpr std::int64_t fileNotFound = statusWordCode + 0x6A82;
-    const bool mayBeAbsent = file.kind == &unusedSpaceFile || file.kind == &dirFile;
-    return mayBeAbsent && file.error && file.error->code == fileNotFound;
 }
 
 ExitCode DumpCommand::run(Invocation& call) {

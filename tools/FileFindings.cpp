@@ -19,21 +19,6 @@ std::string placeOf(const Segment& segment) {
                             : fmt::format("offset {}", segment.offset);
 }
 
-std::size_t recordsIn(const ApplicationFile& file) {
-    return static_cast<std::size_t>(
-        std::count_if(file.segments.begin(), file.segments.end(),
-                      [](const Segment& segment) { return segment.isRecord(); }));
-}
-
-std::size_t octetsFreeIn(const ApplicationFile& file) {
-    std::size_t free = 0;
-    for (const Segment& segment : file.segments) {
-        const bool isUsed = segment.isRecord() || segment.kind == Segment::Kind::wrapper;
-        if (!isUsed) free += segment.octets.size();
-    }
-    return free;
-}
-
 /// Of `size` octets or records `free` are free.
 void reportIfNearlyFull(const ApplicationFile& file, std::size_t size, std::size_t free,
                         const char* unit, Findings& findings) {
@@ -42,6 +27,18 @@ void reportIfNearlyFull(const ApplicationFile& file, std::size_t size, std::size
 }
 
 }  // namespace
+
+Severity severityOf(const Finding& finding) {
+    for (const char* kind : {"unreadable-application", "unreadable-file", "undecodable-record",
+                             "unread-records", "token-info", "dangling-auth-id"}) {
+        if (finding.kind == kind) return Severity::error;
+    }
+    for (const char* kind : {"file-nearly-full", "stale-octets", "shared-file",
+                             "key-without-certificate", "certificate-without-key"}) {
+        if (finding.kind == kind) return Severity::notice;
+    }
+    return Severity::warning;
+}
 
 void findUnreadable(const ApplicationFile& file, Findings& findings) {
     if (file.error) add(findings, "unreadable-file", file, file.error->line());
@@ -76,7 +73,7 @@ void findStale(const ApplicationFile& file, Findings& findings) {
 }
 
 void findUnread(const ApplicationFile& file, Findings& findings) {
-    const std::size_t all = recordsIn(file);
+    const std::size_t all = file.recordCount();
     if (all <= file.readByRecords) return;
     add(findings, "unread-records", file,
         fmt::format("{} of {} records stand behind a gap in which reading ends",
@@ -84,10 +81,10 @@ void findUnread(const ApplicationFile& file, Findings& findings) {
 }
 
 void findNearlyFull(const ApplicationFile& file, Findings& findings) {
-    const std::size_t records = recordsIn(file);
+    const std::size_t records = file.recordCount();
     if (records == 0) return;
     if (!file.file.isLinear()) {
-        reportIfNearlyFull(file, file.file.octets.size(), octetsFreeIn(file), "octets", findings);
+        reportIfNearlyFull(file, file.file.octets.size(), file.octetsFree(), "octets", findings);
     } else if (file.recordCapacity && file.kind != &tokenInfoFile) {  // which has one record only
         const std::size_t size = std::max(*file.recordCapacity, records);
         reportIfNearlyFull(file, size, size - records, "records", findings);
@@ -105,7 +102,7 @@ void findFileOutside(const ApplicationFile& file, const Blob& rootPath, Findings
 }
 
 void findTokenInfoCount(const ApplicationFile& file, Findings& findings) {
-    const std::size_t count = recordsIn(file);
+    const std::size_t count = file.recordCount();
     if (file.kind != &tokenInfoFile || file.error || count == 1) return;
     add(findings, "token-info", file, fmt::format("{} records, expected one", count));
 }

@@ -22,6 +22,11 @@ struct Finding {
 };
 using Findings = std::vector<Finding>;
 
+/// How much a finding matters: something cannot be read or used; something is wrong; something is
+/// worth knowing.
+enum class Severity : std::uint8_t { error, warning, notice };
+Severity severityOf(const Finding& finding);
+
 // ---- rules about one file; each adds what it finds ----
 
 /// unreadable-file

@@ -59,6 +59,13 @@ ObjectState stateOf(const PKCS15Container& model, const PKCS15Object& object, co
     return {objectTypeOf(model, object), raw.isDecoded};
 }
 
+/// Whether the record became an object with fields of its own.
+template <class Raw>
+bool isKnown(const PKCS15Container& model, const PKCS15Object& object, const Raw& raw) {
+    const auto type = objectTypeOf(model, object);
+    return type ? *type != unrecognisedObjectType : raw.isDecoded;
+}
+
 /// The JSON of an object of any kind.
 template <class Info>
 Json objectJson(const PKCS15ObjectInfo<Info>& info, const ObjectState& state) {

@@ -31,13 +31,6 @@ void add(Findings& findings, const char* kind, const Named& object, std::string 
     findings.push_back(std::move(finding));
 }
 
-/// Whether the record became an object with fields of its own.
-template <class Raw>
-bool isKnown(const PKCS15Container& model, const PKCS15Object& object, const Raw& raw) {
-    const auto type = objectTypeOf(model, object);
-    return type ? *type != unrecognisedObjectType : raw.isDecoded;
-}
-
 /// The identifiers of a list. A record that did not become an object may lend its own, if it has
 /// one, but no empty one.
 template <class Infos, class Raws>

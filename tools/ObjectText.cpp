@@ -122,37 +122,40 @@ Cells rowOf(const PKCS15ObjectInfo<Info>& info, bool isDecoded) {
     return cells;
 }
 
-std::string section(const char* title, std::size_t count, const TextTable& table,
-                    const Style& style) {
-    return fmt::format("\n{}\n{}", style.heading(fmt::format("{} ({})", title, count)),
-                       table.text(style));
-}
-
 template <class Info, class Raw>
-std::string listText(const ListKind& kind, const PKCS15Container::InfoList<Info>& infos,
-                     const Raw& raws, const Style& style) {
-    if (infos.empty()) return "";
-    Cells headings{"record", "label"};
-    append(headings, headingsOf(infos.front()));
-    append(headings, {"reference", "file", "auth id", "flags"});
-    TextTable table(std::move(headings));
-    for (std::size_t i = 0; i < infos.size(); ++i) table.add(rowOf(infos[i], raws[i].isDecoded));
-    return section(kind.title, infos.size(), table, style);
+ObjectTable tableOf(const ListKind& kind, const PKCS15Container::InfoList<Info>& infos,
+                    const Raw& raws) {
+    ObjectTable table{&kind, {"record", "label"}, {}};
+    if (infos.empty()) return table;
+    append(table.headings, headingsOf(infos.front()));
+    append(table.headings, {"reference", "file", "auth id", "flags"});
+    for (std::size_t i = 0; i < infos.size(); ++i) {
+        table.rows.push_back(rowOf(infos[i], raws[i].isDecoded));
+    }
+    return table;
 }
 
-std::string containersText(const PKCS15Container& model, const Style& style) {
-    const auto& infos = model.getContainerInfos();
-    if (infos.empty()) return "";
-    TextTable table({"record", "label", "exchange key", "exchange certificate", "signature key",
-                     "signature certificate", "use"});
-    for (const auto& info : infos) {
-        table.add(
+ObjectTable containerTable(const PKCS15Container& model) {
+    ObjectTable table{&keyContainers,
+                      {"record", "label", "exchange key", "exchange certificate", "signature key",
+                       "signature certificate", "use"},
+                      {}};
+    for (const auto& info : model.getContainerInfos()) {
+        table.rows.push_back(
             {numberText(info.recordNumber, noRecord), toUtf8(info.label),
              numberText(info.exchangeKeyRecord, 0), numberText(info.exchangeCertificateRecord, 0),
              numberText(info.signatureKeyRecord, 0), numberText(info.signatureCertificateRecord, 0),
              info.logonCertificate ? "logon" : ""});
     }
-    return section(keyContainers.title, infos.size(), table, style);
+    return table;
+}
+
+std::string tableText(const ObjectTable& objects, const Style& style) {
+    if (objects.rows.empty()) return "";
+    TextTable table(objects.headings);
+    for (const Cells& row : objects.rows) table.add(row);
+    const std::string title = fmt::format("{} ({})", objects.kind->title, objects.rows.size());
+    return fmt::format("\n{}\n{}", style.heading(title), table.text(style));
 }
 
 bool isExact(const Json& label, const Json& labelHex) {
@@ -160,23 +163,23 @@ bool isExact(const Json& label, const Json& labelHex) {
     return toHex(Blob(text.begin(), text.end())) == labelHex;
 }
 
-std::string valueText(const Json& value);
-
 /// An element of a list or member of an object in a text of several of them.
 std::string memberText(const std::string& name, const Json& value) {
     if (value.is_boolean()) return value.get<bool>() ? name : "";
-    const std::string text = valueText(value);
+    const std::string text = jsonText(value);
     return text.empty() ? "" : name + " " + text;
 }
 
-std::string valueText(const Json& value) {
+}  // namespace
+
+std::string jsonText(const Json& value) {
     if (value.is_string()) return value.get<std::string>();
     if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
     if (value.is_null()) return "";
     Cells parts;
     if (value.is_array()) {
         for (const Json& element : value) {
-            const std::string text = valueText(element);
+            const std::string text = jsonText(element);
             parts.push_back(element.is_object() ? "(" + text + ")" : text);
         }
     } else if (value.is_object()) {
@@ -187,8 +190,6 @@ std::string valueText(const Json& value) {
     parts.erase(std::remove(parts.begin(), parts.end(), ""), parts.end());
     return fmt::format("{}", fmt::join(parts, ", "));
 }
-
-}  // namespace
 
 std::string pathText(const PKCS15Path& path) {
     if (path.path.empty()) return "";
@@ -206,18 +207,24 @@ std::string fieldsText(const Json& object, const Style& style) {
     for (const auto& [name, value] : object.items()) {
         // The label in hex says more only where the label is not all UTF-8.
         if (name == "labelHex" && isExact(object["label"], value)) continue;
-        fields.add(name, valueText(value));
+        fields.add(name, jsonText(value));
     }
     return fields.text(style);
+}
+
+std::vector<ObjectTable> objectTables(const PKCS15Container& model) {
+    std::vector<ObjectTable> tables;
+    forEachList(model, [&](const ListKind& kind, const auto& infos, const auto& raws) {
+        if (&kind == &authObjects) tables.push_back(containerTable(model));
+        tables.push_back(tableOf(kind, infos, raws));
+    });
+    return tables;
 }
 
 std::string modelText(const PKCS15Container& model, const Style& style) {
     std::string text = style.heading("PKCS#15 application " + toHex(model.getRootPath())) + "\n" +
                        tokenInfoText(model.getTokenInfo(), style);
-    forEachList(model, [&](const ListKind& kind, const auto& infos, const auto& raws) {
-        if (&kind == &authObjects) text += containersText(model, style);
-        text += listText(kind, infos, raws, style);
-    });
+    for (const ObjectTable& table : objectTables(model)) text += tableText(table, style);
     return text;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "tools/Model.h"
 #include "tools/TextTable.h"
@@ -9,6 +10,20 @@ namespace tovi {
 
 /// The whole model for people: TokenInfo, then a table for each kind that has objects.
 std::string modelText(const PKCS15Container& model, const Style& style);
+
+/// The objects of one kind, as cells for people; the columns depend on the kind.
+struct ObjectTable {
+    const ListKind* kind;
+    std::vector<std::string> headings;           ///< "record" and "label" first
+    std::vector<std::vector<std::string>> rows;  ///< in the order of the list; UTF-8
+};
+
+/// A table for each kind, in the order of EF(ODF)'s alternatives, key containers before the
+/// authentication objects.
+std::vector<ObjectTable> objectTables(const PKCS15Container& model);
+
+/// A value of an object's JSON in words; "" for null.
+std::string jsonText(const Json& value);
 
 /// TokenInfo for people, one field a line.
 std::string tokenInfoText(const PKCS15TokenInfo& info, const Style& style);

@@ -1,5 +1,7 @@
 #include "tools/Segment.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <iterator>
 
@@ -121,6 +123,23 @@ std::string_view segmentName(Segment::Kind kind) {
             return "stale";
     }
     return "";
+}
+
+bool isUniform(const Segment& segment) {
+    return std::all_of(segment.octets.begin(), segment.octets.end(),
+                       [&](std::uint8_t octet) { return octet == segment.octets.front(); });
+}
+
+std::string segmentTitle(const Segment& segment) {
+    std::string title = segment.slot > 0 ? fmt::format("record {}, ", segment.slot) : "";
+    title += fmt::format("offset {}, {} octets: {}", segment.offset, segment.octets.size(),
+                         segmentName(segment.kind));
+    if (segment.kind == Segment::Kind::gap && !segment.octets.empty()) {
+        // A mixed one is shown octet for octet.
+        title += isUniform(segment) ? fmt::format(" of {:02X}", segment.octets.front())
+                                    : " of 00 and FF";
+    }
+    return title;
 }
 
 }  // namespace tovi

@@ -43,4 +43,9 @@ std::size_t openOuterSequence(std::vector<Segment>& segments);
 /// What a kind of segment is called: "record", "undecodable", "wrapper" and so on.
 std::string_view segmentName(Segment::Kind kind);
 
+/// Whether all its octets are the same.
+bool isUniform(const Segment& segment);
+/// "record 1, offset 44, 20 octets: gap of 00", without the record in a transparent file.
+std::string segmentTitle(const Segment& segment);
+
 }  // namespace tovi

@@ -77,6 +77,7 @@ std::unique_ptr<Command> makeListCommand();
 std::unique_ptr<Command> makeShowCommand();
 std::unique_ptr<Command> makeDumpCommand();
 std::unique_ptr<Command> makeCheckCommand();
+std::unique_ptr<Command> makeReportCommand();
 std::unique_ptr<Command> makeInitCommand();
 std::unique_ptr<Command> makeApplyCommand();
 std::unique_ptr<Command> makeDeleteCommand();

@@ -37,9 +37,10 @@ private:
 
 CommandLine::CommandLine() {
     declareOptions();
-    for (auto make : {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand,
-                      makeInitCommand, makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand,
-                      makeFreeFidCommand, makeReadersCommand, makeServeCommand}) {
+    for (auto make :
+         {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand, makeReportCommand,
+          makeInitCommand, makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand,
+          makeFreeFidCommand, makeReadersCommand, makeServeCommand}) {
         Entry& entry = entries_.emplace_back(Entry{make(), nullptr});
         entry.app = entry.command->declare(app_);
     }

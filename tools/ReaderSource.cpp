@@ -20,8 +20,9 @@ PcscReader readerOf(Invocation& call, PcscReaders& readers) {
 std::unique_ptr<PcscChannel> connected(Invocation& call, PcscReaders& readers) {
     // A card that is pushed in slowly may be gone again before it is connected to.
     for (int attempts = call.options().waits ? 3 : 1;; --attempts) {
+        const PcscReader reader = readerOf(call, readers);
         try {
-            return std::make_unique<PcscChannel>(readers, readerOf(call, readers));
+            return std::make_unique<PcscChannel>(readers, reader);
         } catch (const PcscError& error) {
             const bool isGone = std::string_view(error.GetMessage()) == "no card in the reader";
             if (!isGone || attempts <= 1) throw;

@@ -17,11 +17,11 @@ using testing::Each;
 using testing::HasSubstr;
 using testing::Not;
 
-/// A reader with a copy of the card "rich" in it.
+/// A reader with a copy of the card "plain" in it.
 class ReaderSourceTest : public testing::Test {
 protected:
     ReaderSourceTest() {
-        std::filesystem::copy(sampleCard("rich"), folder_ / "card",
+        std::filesystem::copy(sampleCard("plain"), folder_ / "card",
                               std::filesystem::copy_options::recursive);
         card_ = std::make_unique<CardFolder>(folder_ / "card");
         way_ = std::make_unique<VirtualCardChannel>(card_->card());
@@ -59,7 +59,7 @@ protected:
 TEST_F(ReaderSourceTest, TheCardIsTheSameAsInItsFolder) {
     for (const char* command : {"list", "check", "dump"}) {
         const Result read = run({"--json", command});
-        const Result folder = test::run({"--card", sampleCard("rich"), "--json", command});
+        const Result folder = test::run({"--card", sampleCard("plain"), "--json", command});
         EXPECT_EQ(read.exit, folder.exit) << read.err;
         EXPECT_EQ(read.out, folder.out) << command;
     }
@@ -77,7 +77,7 @@ TEST_F(ReaderSourceTest, OneTransactionLastsForTheWholeCall) {
 }
 
 TEST_F(ReaderSourceTest, ChangesReachTheCard) {
-    ASSERT_EQ(run({"--json", "list"}).json()["tokenInfo"]["label"], "rich");
+    ASSERT_NE(run({"--json", "list"}).json()["tokenInfo"]["label"], "poor");
     EXPECT_EQ(run({"token-info", "--label", "poor"}).exit, 0);
     EXPECT_EQ(run({"--json", "list"}).json()["tokenInfo"]["label"], "poor");
 }
@@ -114,17 +114,20 @@ TEST_F(ReaderSourceTest, ACardThatIsPulledIsNamedWhereverItHappens) {
 
 TEST_F(ReaderSourceTest, AResetDuringAReadEndsItOrIsMadeGood) {
     const std::string whole = run({"--json", "list"}).out;
+    int ended = 0;
     for (std::size_t i = 0; i < 20; ++i) {
         failCommand(i, PcscCode::resetCard);
         const Result result = run({"--json", "list"});
         if (result.exit == 0) {
             EXPECT_EQ(result.out, whole) << i;
         } else {
+            ++ended;
             EXPECT_THAT(std::string(result.json()["error"]["message"]),
                         HasSubstr("card reset by another program"))
                 << i;
         }
     }
+    EXPECT_GT(ended, 0);
 }
 
 TEST_F(ReaderSourceTest, TheOperationBehindAResetSelectsAgain) {
@@ -190,7 +193,7 @@ TEST_F(ReaderSourceTest, WaitsAgainForACardThatDidNotStay) {
 }
 
 TEST_F(ReaderSourceTest, AWaitNeedsAReaderAndAWholeNumber) {
-    EXPECT_EQ(test::run({"--wait", "--card", sampleCard("rich"), "list"}).exit, 2);
+    EXPECT_EQ(test::run({"--wait", "--card", sampleCard("plain"), "list"}).exit, 2);
     for (const char* seconds : {"x", "-1", "1.5", "1000000"}) {
         const Result result = run({std::string("--wait=") + seconds, "list"});
         EXPECT_EQ(result.exit, 2) << seconds;

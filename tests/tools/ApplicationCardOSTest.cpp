@@ -33,6 +33,35 @@ TEST(ApplicationCardOS, SelectsByPathWhereTheCardDoesNotKnowTheIdentifier) {
     EXPECT_THROW(os.selectApplication(PKCS15_AID, noResponse), SmartcardException);
 }
 
+TEST(ApplicationCardOS, SelectsByPathAloneWhereNoIdentifierIsKnown) {
+    TestCard test;
+    test.card.addFolder(folder, PKCS15_AID);
+    ApplicationCardOS os(test.os, {});
+    os.setPath(folder);
+    EXPECT_NO_THROW(os.selectApplication(PKCS15_AID, noResponse));
+    os.setPath(Blob{0x3F, 0x00, 0x4E, 0x00});
+    EXPECT_THROW(os.selectApplication(PKCS15_AID, noResponse), SmartcardException);
+    os.setAid(PKCS15_AID);
+    EXPECT_NO_THROW(os.selectApplication(PKCS15_AID, noResponse));
+}
+
+TEST(ApplicationCardOS, GivesTheFileThatAnotherStandsFor) {
+    TestCard test;
+    const Blob first{0x3F, 0x00, 0x44, 0x01}, second{0x3F, 0x00, 0x44, 0x02};
+    test.card.addTransparent(first, 1, Blob{1});
+    test.card.addTransparent(second, 1, Blob{2});
+    ApplicationCardOS os(test.os, aid);
+    os.redirect(first, second);
+    os.selectFile(first);
+    EXPECT_EQ(os.readBinary(0, 1), Blob{2});
+    os.updateBinary(0, Blob{9});
+    os.selectFile(second);
+    EXPECT_EQ(os.readBinary(0, 1), Blob{9});
+    os.redirect(second, first);
+    os.selectFile(second);
+    EXPECT_EQ(os.readBinary(0, 1), Blob{1}) << "once, not from place to place";
+}
+
 TEST(ApplicationCardOS, PassesEverythingElseOn) {
     TestCard test;
     test.card.addFolder(folder, aid);

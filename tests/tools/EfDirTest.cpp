@@ -5,6 +5,7 @@
 #include "TestCard.h"
 #include "tools/Text.h"
 #include "tovi/interfaces/CardProfile.h"
+#include "tovi/interfaces/Exception.h"
 
 namespace tovi::test {
 namespace {
@@ -83,6 +84,60 @@ TEST(FindInDirectory, TellsWhereTheFilesOfTheApplicationAre) {
     EXPECT_EQ(entry.odf, (Blob{0x51, 0x31}));
     EXPECT_EQ(entry.tokenInfo, (Blob{0x3F, 0x00, 0x50, 0x15, 0x51, 0x32}));
     EXPECT_EQ(entry.unusedSpace, Blob{});
+}
+
+DirectoryRecord recordOf(const char* hex) { return directoryRecord(*fromHex(hex)); }
+
+TEST(DirectoryRecord, TakesDataObjectsInAnyOrder) {
+    // Path, label, a data object of no interest, identifier.
+    const DirectoryRecord record = recordOf("6110510250155003426F625F5001754F01A1");
+    ASSERT_TRUE(record.entry);
+    EXPECT_EQ(record.error, "");
+    EXPECT_EQ(record.entry->aid, Blob{0xA1});
+    EXPECT_EQ(record.entry->label, (Blob{'B', 'o', 'b'}));
+    EXPECT_EQ(record.entry->application, (Blob{0x3F, 0x00, 0x50, 0x15}));
+}
+
+TEST(DirectoryRecord, SaysWhatIsWrong) {
+    EXPECT_EQ(recordOf("30034F01A1").error, "no application template");
+    EXPECT_EQ(recordOf("6105").error, "no application template");
+    EXPECT_EQ(recordOf("").error, "no application template");
+    EXPECT_EQ(recordOf("6103500141").error, "no application identifier");
+    EXPECT_EQ(recordOf("61024F00").error, "no application identifier");
+    EXPECT_EQ(recordOf("61034F01A1").error, "");
+}
+
+TEST(DirectoryRecord, KeepsTheEntryWhenARestOfItIsBroken) {
+    const DirectoryRecord path = recordOf("61084F01A151035015FF");
+    ASSERT_TRUE(path.entry);
+    EXPECT_EQ(path.error, "a path of odd length");
+    const DirectoryRecord ddo = recordOf("61074F01A173023005");
+    ASSERT_TRUE(ddo.entry);
+    EXPECT_EQ(ddo.error.substr(0, 20), "discretionary data: ");
+    const DirectoryRecord rest = recordOf("61064F01A1500541");
+    ASSERT_TRUE(rest.entry);
+    EXPECT_EQ(rest.error, "octets that are no data object");
+    EXPECT_EQ(rest.entry->aid, Blob{0xA1});
+}
+
+TEST(DirectoryRecord, TakesDiscretionaryDataInEitherTag) {
+    const DirectoryRecord record = recordOf("610F4F01A1530A06022A03300404025131");
+    ASSERT_TRUE(record.entry);
+    EXPECT_EQ(record.error, "");
+    EXPECT_EQ(record.entry->odf, (Blob{0x51, 0x31}));
+}
+
+TEST(ReadDirectory, GivesEveryRecordAsItCame) {
+    TestCard test;
+    test.card.addTransparent(directory, 64, *fromHex("61024F0061034F01A1"));
+    const auto records = readDirectory(test.os);
+    ASSERT_EQ(records.size(), 2u);
+    EXPECT_EQ(records[0].octets, *fromHex("61024F00"));
+    EXPECT_FALSE(records[0].entry);
+    EXPECT_EQ(directoryEntries(test.os).size(), 1u);
+    TestCard without;
+    EXPECT_THROW(readDirectory(without.os), SmartcardException);
+    EXPECT_TRUE(directoryEntries(without.os).empty());
 }
 
 }  // namespace

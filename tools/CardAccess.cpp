@@ -20,47 +20,32 @@ ICardChannel& outermost(const std::unique_ptr<TraceChannel>& trace, ICardChannel
     return trace ? static_cast<ICardChannel&>(*trace) : channel;
 }
 
+WantedApplication wanted(const GlobalOptions& options) {
+    WantedApplication application;
+    if (!options.aid.empty()) application.aid = *fromHex(options.aid);
+    if (!options.path.empty()) application.path = absolutePath(PKCS15_MF, *fromHex(options.path));
+    return application;
+}
+
 }  // namespace
 
 CardAccess::CardAccess(Invocation& call, CardFolder::Mode mode)
-    : aid_(call.options().aid.empty() ? PKCS15_AID : *fromHex(call.options().aid)),
-      source_(openCardSource(call, mode)),
+    : source_(openCardSource(call, mode)),
       interruptible_(source_->channel(), call),
       trace_(traced(interruptible_, call)),
       commands_(outermost(trace_, interruptible_)),
-      application_(commands_, aid_),
-      path_(findApplication()) {}
-
-Blob CardAccess::rootPath() const {
-    Blob path = PKCS15_MF;
-    path.append(path_);
-    return path;
-}
-
-Blob CardAccess::findApplication() {
-    // A card may select an application by the beginning of its identifier (ISO/IEC 7816-4:2005,
-    // 8.2.1.2), so the first DF that begins so is the one that will be selected.
-    const CardDescription* card = source_->description();
-    if (card == nullptr) return pathInDirectory();
-    for (const FileDescription& file : card->files()) {
-        if (file.kind == FileDescription::Kind::df && !file.aid.empty() &&
-            beginsWith(file.aid, aid_)) {
-            return Blob(file.path.begin() + 2, file.path.end());
-        }
+      found_(findApplication(commands_, source_->description(), wanted(call.options()))),
+      application_(commands_, {}),
+      files_(commands_, {}) {
+    for (ApplicationCardOS* card : {&application_, &files_}) {
+        if (found_.knowsAid) card->setAid(found_.aid);
+        if (!found_.knowsAid || !call.options().path.empty()) card->setPath(found_.path);
     }
-    return pathInDirectory();
-}
-
-/// A card whose DF has no identifier may still name it in EF(DIR).
-Blob CardAccess::pathInDirectory() {
-    const Blob path = findInDirectory(commands_, aid_).application;
-    if (path.empty()) return PKCS15_DF;
-    application_.setPath(path);
-    return Blob(path.begin() + 2, path.end());
-}
-
-ApplicationPlace CardAccess::place() {
-    return ApplicationPlace(rootPath(), findInDirectory(commands_, aid_));
+    const ApplicationPlace usual(found_.path), actual = place();
+    if (actual.odf != usual.odf) application_.redirect(usual.odf, actual.odf);
+    if (actual.tokenInfo != usual.tokenInfo) {
+        application_.redirect(usual.tokenInfo, actual.tokenInfo);
+    }
 }
 
 std::optional<std::size_t> CardAccess::recordCapacity(const Blob& path) const {

@@ -24,6 +24,7 @@ struct GlobalOptions {
     std::string card;    ///< card folder; empty when none was named
     std::string reader;  ///< unique part of a PC/SC reader's name
     std::string aid;     ///< hexadecimal; empty: the PKCS#15 application
+    std::string path;    ///< of the application's DF, hexadecimal; empty: found by its identifier
     bool waits = false;  ///< for a card in the reader
     std::optional<std::chrono::seconds> patience = {};  ///< of that wait; none: without end
     bool json = false;
@@ -78,6 +79,7 @@ std::unique_ptr<Command> makeShowCommand();
 std::unique_ptr<Command> makeDumpCommand();
 std::unique_ptr<Command> makeCheckCommand();
 std::unique_ptr<Command> makeReportCommand();
+std::unique_ptr<Command> makeAppsCommand();
 std::unique_ptr<Command> makeInitCommand();
 std::unique_ptr<Command> makeApplyCommand();
 std::unique_ptr<Command> makeDeleteCommand();

@@ -39,7 +39,7 @@ CommandLine::CommandLine() {
     declareOptions();
     for (auto make :
          {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand, makeReportCommand,
-          makeInitCommand, makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand,
+          makeAppsCommand, makeInitCommand, makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand,
           makeFreeFidCommand, makeReadersCommand, makeServeCommand}) {
         Entry& entry = entries_.emplace_back(Entry{make(), nullptr});
         entry.app = entry.command->declare(app_);
@@ -66,6 +66,9 @@ void CommandLine::declareOptions() {
     app_.add_option("--aid", options_.aid, "the application's identifier (default: PKCS#15's)")
         ->type_name("HEX")
         ->check(checkedAid);
+    app_.add_option("--path", options_.path, "the application's DF (default: found by its AID)")
+        ->type_name("HEX")
+        ->check(checkedPath);
     app_.add_flag("--json", options_.json, "one JSON document on standard output");
     app_.add_flag("--trace", options_.trace, "every command of the card on standard error");
     app_.add_flag("--quiet", options_.quiet, "nothing but results and errors");

@@ -70,7 +70,7 @@ bool isKindOfFile(const std::string& name) {
 
 std::vector<FileLocation> DumpCommand::chosen(Invocation& call, CardAccess& card) const {
     const ApplicationPlace place = card.place();
-    std::vector<FileLocation> files = locateApplicationFiles(card.os(), place);
+    std::vector<FileLocation> files = locateApplicationFiles(card.files(), place);
     for (const FileLocation& other : optionalFiles(place)) files.push_back(other);
     if (file_.empty()) return files;
     const auto found = withName(files, file_);
@@ -175,7 +175,7 @@ ExitCode DumpCommand::run(Invocation& call) {
     Json files = Json::array();
     std::string text;
     for (const FileLocation& location : chosen(call, card)) {
-        const ApplicationFile file = readApplicationFile(card.os(), location);
+        const ApplicationFile file = readApplicationFile(card.files(), location);
         if (file_.empty() && isAbsent(file)) continue;
         if (file.error && !file_.empty()) {
             throw Failure(file.name() + ": " + file.error->message, file.error->operation,

@@ -56,6 +56,7 @@ void InitCommand::checkGlobalOptions(const GlobalOptions& options) const {
     if (!options.card.empty() || !options.reader.empty()) {
         throw UsageError("init makes the card DIR; it takes neither --card nor --reader");
     }
+    if (!options.path.empty()) throw UsageError("init makes the application at 3F005015");
     if (!options.aid.empty() && !from_.empty()) throw UsageError("--aid excludes --from");
     if (folder_.empty()) throw UsageError("the name of the folder is empty");
 }

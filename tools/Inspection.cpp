@@ -4,7 +4,7 @@ namespace tovi {
 namespace {
 
 std::vector<ApplicationFile> filesOf(CardAccess& card) {
-    std::vector<ApplicationFile> files = readApplicationFiles(card.os(), card.place());
+    std::vector<ApplicationFile> files = readApplicationFiles(card.files(), card.place());
     for (ApplicationFile& file : files) file.recordCapacity = card.recordCapacity(file.file.path);
     return files;
 }
@@ -31,8 +31,8 @@ void addModel(CardAccess& card, Inspection& inspection) {
             {.kind = "unreadable-application", .message = inspection.modelError->line()});
         return;
     }
-    for (Finding& finding :
-         findingsOfModel(*model, [&](const Blob& path) { return isLinearFile(card.os(), path); })) {
+    for (Finding& finding : findingsOfModel(
+             *model, [&](const Blob& path) { return isLinearFile(card.files(), path); })) {
         inspection.findings.push_back(std::move(finding));
     }
     inspection.model = std::move(model);

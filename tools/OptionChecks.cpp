@@ -6,6 +6,7 @@
 namespace tovi {
 namespace {
 
+constexpr std::size_t longestPath = 8;     // in file identifiers
 constexpr std::size_t longestLabel = 255;  // pkcs15-ub-label, in characters
 
 bool isHex(const std::string& text, std::size_t least, std::size_t most) {
@@ -17,6 +18,11 @@ bool isHex(const std::string& text, std::size_t least, std::size_t most) {
 
 std::string checkedAid(const std::string& text) {
     return isHex(text, 1, 16) ? "" : "an AID is 1 to 16 octets in hex";
+}
+
+std::string checkedPath(const std::string& text) {
+    const bool isPath = isHex(text, 2, 2 * longestPath) && text.size() % 4 == 0;
+    return isPath ? "" : "a path is file identifiers of 2 octets each, in hex such as 3F005015";
 }
 
 std::string checkedLabel(const std::string& text) {

@@ -7,6 +7,8 @@ namespace tovi {
 // Checks of options, as CLI11 takes them: empty when the value is good, else what is expected.
 
 std::string checkedAid(const std::string& text);
+/// The path of a DF, from 3F00 on or below it.
+std::string checkedPath(const std::string& text);
 /// A label or another name of the token.
 std::string checkedLabel(const std::string& text);
 std::string checkedSerial(const std::string& text);

@@ -13,7 +13,7 @@ constexpr std::size_t fewLinks = 24;
 std::vector<ApplicationFile> readOtherFiles(CardAccess& card) {
     std::vector<ApplicationFile> files;
     for (const FileLocation& location : optionalFiles(card.place())) {
-        ApplicationFile file = readApplicationFile(card.os(), location);
+        ApplicationFile file = readApplicationFile(card.files(), location);
         if (!isAbsent(file)) files.push_back(std::move(file));
     }
     return files;
@@ -80,7 +80,7 @@ Report makeReport(CardAccess& card) {
     report.inspection = inspect(card);
     report.otherFiles = readOtherFiles(card);
     if (report.inspection.model) report.objects = ReportObjects(*report.inspection.model);
-    report.valueFiles = findValueFiles(card.os(), report.objects);
+    report.valueFiles = findValueFiles(card.files(), report.objects);
     return report;
 }
 

@@ -74,9 +74,20 @@ TEST(Init, GivesDirectoryFilesTheSizeAskedFor) {
 
 TEST(Init, MakesAnApplicationWithAnIdentifierOfItsOwn) {
     const TemporaryFolder folder;
-    ASSERT_EQ(run({"--aid", "E828BD080F", "init", folder / "card"}).exit, 0);
+    ASSERT_EQ(run({"--aid", "A000000001", "init", folder / "card"}).exit, 0);
     EXPECT_EQ(run({"--card", folder / "card", "list"}).exit, 1);
-    EXPECT_EQ(run({"--card", folder / "card", "--aid", "E828BD080F", "list"}).exit, 0);
+    EXPECT_EQ(run({"--card", folder / "card", "--aid", "A000000001", "list"}).exit, 0);
+}
+
+TEST(Init, MakesAnApplicationOfISO7816Part15ThatNeedsNoNaming) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(run({"--aid", "E828BD080F", "init", folder / "card"}).exit, 0);
+    EXPECT_EQ(run({"--card", folder / "card", "list"}).exit, 0);
+}
+
+TEST(Init, TakesNoPath) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(run({"--path", "5016", "init", folder / "card"}).exit, 2);
 }
 
 TEST(Init, RefusesAFolderThatHoldsACard) {

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "tools/CardAccess.h"
+#include "tools/Login.h"
 #include "tools/Command.h"
 #include "tools/JsonInput.h"
 #include "tools/Model.h"
@@ -136,8 +137,7 @@ ExitCode ApplyCommand::run(Invocation& call) {
     const Json list = readList(call);
     const auto operations = within(nameOfList(), [&] { return operationsFromJson(list); });
     CardAccess card(call, CardFolder::Mode::readWrite);
-    const ContainerPointer model = makeContainer(card.applicationPath());
-    model->readFromCard(&card.os());
+    const ContainerPointer model = readModel(call, card);
     within(nameOfList(), [&] {
         Forecast forecast(*model);
         for (const OperationPointer& operation : operations) operation->foresee(forecast);

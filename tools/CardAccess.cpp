@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "tools/Paths.h"
+#include "tools/PinSource.h"
 #include "tools/Text.h"
 #include "tovi/interfaces/CardProfile.h"
 
@@ -20,6 +21,11 @@ ICardChannel& outermost(const std::unique_ptr<TraceChannel>& trace, ICardChannel
     return trace ? static_cast<ICardChannel&>(*trace) : channel;
 }
 
+/// A wrong PIN counts, so the card has to be one that can be written to.
+CardFolder::Mode modeFor(const Invocation& call, CardFolder::Mode mode) {
+    return wantsLogin(call.options()) ? CardFolder::Mode::readWrite : mode;
+}
+
 WantedApplication wanted(const GlobalOptions& options) {
     WantedApplication application;
     if (!options.aid.empty()) application.aid = *fromHex(options.aid);
@@ -30,10 +36,12 @@ WantedApplication wanted(const GlobalOptions& options) {
 }  // namespace
 
 CardAccess::CardAccess(Invocation& call, CardFolder::Mode mode)
-    : source_(openCardSource(call, mode)),
-      interruptible_(source_->channel(), call),
+    : source_(openCardSource(call, modeFor(call, mode))),
+      watched_(source_->channel(), call),
+      interruptible_(watched_, call),
       trace_(traced(interruptible_, call)),
-      commands_(outermost(trace_, interruptible_)),
+      outermost_(outermost(trace_, interruptible_)),
+      commands_(outermost_),
       found_(findApplication(commands_, source_->description(), wanted(call.options()))),
       application_(commands_, {}),
       files_(commands_, {}) {

@@ -9,6 +9,7 @@
 #include "tools/ApplicationSearch.h"
 #include "tools/CardSource.h"
 #include "tools/Command.h"
+#include "tools/DenialWatch.h"
 #include "tools/InterruptibleChannel.h"
 #include "tovi/card/ISO7816CardOS.h"
 #include "tovi/card/TraceChannel.h"
@@ -30,6 +31,8 @@ public:
     ISCardOS& files() { return files_; }
     /// The card as it is, without regard to the application.
     ISCardOS& commands() { return commands_; }
+    /// The way to the card for commands that ISCardOS has no operation for.
+    ICardChannel& channel() { return outermost_; }
     /// Off while several commands have to be performed as one; see InterruptibleChannel.
     void setInterruptible(bool isInterruptible) {
         interruptible_.setInterruptible(isInterruptible);
@@ -53,8 +56,10 @@ public:
 
 private:
     std::unique_ptr<CardSource> source_;
+    DenialWatch watched_;
     InterruptibleChannel interruptible_;
     std::unique_ptr<TraceChannel> trace_;
+    ICardChannel& outermost_;
     ISO7816CardOS commands_;
     FoundApplication found_;
     ApplicationCardOS application_;

@@ -5,6 +5,7 @@
 #include "tools/CardAccess.h"
 #include "tools/Command.h"
 #include "tools/Inspection.h"
+#include "tools/Login.h"
 
 namespace tovi {
 namespace {
@@ -48,6 +49,7 @@ std::string findingsText(const Findings& findings, const Style& style) {
 
 ExitCode CheckCommand::run(Invocation& call) {
     CardAccess card(call, CardFolder::Mode::readOnly);
+    logIn(call, card);
     const Findings findings = inspect(card).findings;
     if (call.options().json) {
         call.printJson(findingsJson(findings));

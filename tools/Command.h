@@ -21,11 +21,14 @@ namespace tovi {
 
 /// The options in front of the command.
 struct GlobalOptions {
-    std::string card;    ///< card folder; empty when none was named
-    std::string reader;  ///< unique part of a PC/SC reader's name
-    std::string aid;     ///< hexadecimal; empty: the PKCS#15 application
-    std::string path;    ///< of the application's DF, hexadecimal; empty: found by its identifier
-    bool waits = false;  ///< for a card in the reader
+    std::string card;     ///< card folder; empty when none was named
+    std::string reader;   ///< unique part of a PC/SC reader's name
+    std::string aid;      ///< hexadecimal; empty: the PKCS#15 application
+    std::string path;     ///< of the application's DF, hexadecimal; empty: found by its identifier
+    std::string login;    ///< the PIN's authentication object; empty: not named
+    std::string pinFile;  ///< file that holds the PIN; empty: none
+    std::string pinEnvironment;  ///< environment variable that holds it; empty: none
+    bool waits = false;          ///< for a card in the reader
     std::optional<std::chrono::seconds> patience = {};  ///< of that wait; none: without end
     bool json = false;
     bool trace = false;
@@ -48,6 +51,9 @@ public:
     void printText(std::string_view text);
     /// Writes the one JSON document of this call.
     void printJson(const nlohmann::ordered_json& document);
+    /// Remembers that the card refused a command for want of a PIN.
+    void noteDenial() { wasDenied_ = true; }
+    bool wasDenied() const { return wasDenied_; }
     /// Remembers why the card could not be reached, until the next command that it answers: "".
     void noteCardFailure(std::string message) { cardFailure_ = std::move(message); }
     /// The report of a failure, with the reason why the card could not be reached.
@@ -60,6 +66,7 @@ private:
     Console& console_;
     std::string operation_;
     std::string cardFailure_;
+    bool wasDenied_ = false;
 };
 
 /// One command of tovi, such as `list`.
@@ -80,6 +87,8 @@ std::unique_ptr<Command> makeDumpCommand();
 std::unique_ptr<Command> makeCheckCommand();
 std::unique_ptr<Command> makeReportCommand();
 std::unique_ptr<Command> makeAppsCommand();
+std::unique_ptr<Command> makeExportCommand();
+std::unique_ptr<Command> makeCaptureCommand();
 std::unique_ptr<Command> makeInitCommand();
 std::unique_ptr<Command> makeApplyCommand();
 std::unique_ptr<Command> makeDeleteCommand();

@@ -37,10 +37,10 @@ private:
 
 CommandLine::CommandLine() {
     declareOptions();
-    for (auto make :
-         {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand, makeReportCommand,
-          makeAppsCommand, makeInitCommand, makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand,
-          makeFreeFidCommand, makeReadersCommand, makeServeCommand}) {
+    for (auto make : {makeListCommand, makeShowCommand, makeDumpCommand, makeCheckCommand,
+                      makeReportCommand, makeAppsCommand, makeExportCommand, makeCaptureCommand,
+                      makeInitCommand, makeApplyCommand, makeDeleteCommand, makeTokenInfoCommand,
+                      makeFreeFidCommand, makeReadersCommand, makeServeCommand}) {
         Entry& entry = entries_.emplace_back(Entry{make(), nullptr});
         entry.app = entry.command->declare(app_);
     }
@@ -69,6 +69,17 @@ void CommandLine::declareOptions() {
     app_.add_option("--path", options_.path, "the application's DF (default: found by its AID)")
         ->type_name("HEX")
         ->check(checkedPath);
+    app_.add_option("--login", options_.login, "the authentication object whose PIN is verified")
+        ->type_name("REF")
+        ->check(checkedLogin);
+    auto* pinFile = app_.add_option("--pin-file", options_.pinFile, "a file that holds the PIN")
+                        ->type_name("FILE")
+                        ->check(checkedNotEmpty);
+    app_.add_option("--pin-env", options_.pinEnvironment,
+                    "an environment variable that holds the PIN")
+        ->type_name("NAME")
+        ->check(checkedNotEmpty)
+        ->excludes(pinFile);
     app_.add_flag("--json", options_.json, "one JSON document on standard output");
     app_.add_flag("--trace", options_.trace, "every command of the card on standard error");
     app_.add_flag("--quiet", options_.quiet, "nothing but results and errors");
@@ -115,10 +126,16 @@ ExitCode reportFailure(const ErrorReport& error, bool json, Console& console) {
     return ExitCode::failed;
 }
 
-ExitCode perform(const CommandLine& line, Console& console) {
-    const Entry& entry = line.chosen();
-    const bool json = line.options().json;
-    Invocation call(line.options(), console, "tovi " + entry.app->get_name());
+/// What to do about a card that refused something for want of a PIN.
+void hintAtPin(const Invocation& call, Console& console) {
+    if (!call.wasDenied() || call.options().quiet) return;
+    console.err << "tovi: the card wants a PIN first: name it with --login REF, and give it with "
+                   "--pin-file FILE, --pin-env NAME or at the terminal"
+                << std::endl;
+}
+
+ExitCode perform(Invocation& call, const Entry& entry, Console& console) {
+    const bool json = call.options().json;
     try {
         return entry.command->run(call);
     } catch (const Interrupted&) {
@@ -156,7 +173,11 @@ int runCommandLine(const std::vector<std::string>& arguments, Console& console) 
                 std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
             return static_cast<int>(endOfParsing(error, line, json, console));
         }
-        return static_cast<int>(perform(line, console));
+        const Entry& entry = line.chosen();
+        Invocation call(line.options(), console, "tovi " + entry.app->get_name());
+        const ExitCode exit = perform(call, entry, console);
+        if (exit == ExitCode::failed) hintAtPin(call, console);
+        return static_cast<int>(exit);
     } catch (const std::exception& exception) {
         console.err << "tovi: " << forTerminal(exception.what()) << std::endl;
     } catch (...) {

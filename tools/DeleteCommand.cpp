@@ -1,6 +1,6 @@
 #include <CLI/CLI.hpp>
 
-#include "tools/CardAccess.h"
+#include "tools/Login.h"
 #include "tools/Command.h"
 #include "tools/Model.h"
 #include "tools/ObjectName.h"
@@ -37,8 +37,8 @@ void deleteAuth(PKCS15Container& model, ISCardOS& os, std::uint64_t reference) {
 ExitCode DeleteCommand::run(Invocation& call) {
     const ObjectName name = parseObjectName(object_);
     CardAccess card(call, CardFolder::Mode::readWrite);
-    const ContainerPointer model = makeContainer(card.applicationPath());
-    model->readFromCard(&card.os());
+    const ContainerPointer model =
+        name.isAuth ? readModel(call, card) : readModel(call, card, name.number);
     card.setInterruptible(false);
     if (name.isAuth) {
         deleteAuth(*model, card.os(), name.number);

@@ -5,9 +5,9 @@
 
 #include "tools/ApplicationFiles.h"
 #include "tools/AsnJson.h"
-#include "tools/CardAccess.h"
 #include "tools/Command.h"
 #include "tools/JsonInfos.h"
+#include "tools/Login.h"
 #include "tools/Paths.h"
 #include "tools/Text.h"
 #include "tools/ValueText.h"
@@ -172,6 +172,7 @@ CLI::App* DumpCommand::declare(CLI::App& app) {
 
 ExitCode DumpCommand::run(Invocation& call) {
     CardAccess card(call, CardFolder::Mode::readOnly);
+    logIn(call, card);
     Json files = Json::array();
     std::string text;
     for (const FileLocation& location : chosen(call, card)) {

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tools/CardAccess.h"
+#include "tools/Login.h"
 #include "tools/Command.h"
 #include "tools/Model.h"
 #include "tools/ObjectKinds.h"
@@ -53,8 +53,7 @@ CLI::App* FreeFidCommand::declare(CLI::App& app) {
 ExitCode FreeFidCommand::run(Invocation& call) {
     const Blob start = *fromHex(start_);
     CardAccess card(call, CardFolder::Mode::readOnly);
-    const ContainerPointer model = makeContainer(card.applicationPath());
-    model->readFromCard(&card.os());
+    const ContainerPointer model = readModel(call, card);
     const std::string fid = fmt::format(
         "{:04X}", model->getFreeFID(static_cast<std::uint16_t>(start[0] << 8 | start[1]),
                                     *objectTypeOf(kind_)));

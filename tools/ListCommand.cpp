@@ -1,6 +1,6 @@
 #include <CLI/CLI.hpp>
 
-#include "tools/CardAccess.h"
+#include "tools/Login.h"
 #include "tools/Command.h"
 #include "tools/JsonWriter.h"
 #include "tools/ObjectText.h"
@@ -45,8 +45,7 @@ void printList(const PKCS15Container& model, Invocation& call) {
 
 ExitCode ListCommand::run(Invocation& call) {
     CardAccess card(call, CardFolder::Mode::readOnly);
-    const ContainerPointer model = makeContainer(card.applicationPath());
-    model->readFromCard(&card.os());
+    const ContainerPointer model = readModel(call, card);
     if (call.options().json) {
         printList(*model, call);
     } else {

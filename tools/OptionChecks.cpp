@@ -40,6 +40,13 @@ std::string checkedFid(const std::string& text) {
     return isHex(text, 2, 2) ? "" : "a file identifier is 2 octets in hexadecimal";
 }
 
+std::string checkedLogin(const std::string& text) {
+    const std::string digits = text.rfind("auth:", 0) == 0 ? text.substr(5) : text;
+    const bool isNumber = !digits.empty() && digits.size() <= 5 &&
+                          digits.find_first_not_of("0123456789") == std::string::npos;
+    return isNumber ? "" : "a PIN is named by its reference, as auth:1 or 1";
+}
+
 std::string checkedSeconds(const std::string& text) {
     constexpr std::size_t mostDigits = 6;
     const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;

@@ -3,6 +3,7 @@
 
 #include "tools/CardAccess.h"
 #include "tools/Command.h"
+#include "tools/Login.h"
 #include "tools/OptionChecks.h"
 #include "tools/ReportPage.h"
 #include "tools/Text.h"
@@ -46,6 +47,7 @@ ExitCode ReportCommand::run(Invocation& call) {
         throw UsageError("the page is no JSON document; with --json, name a file with -o FILE");
     }
     CardAccess card(call, CardFolder::Mode::readOnly);
+    logIn(call, card);
     const Report report = makeReport(card);
     const std::string page = reportPage(report);
     call.checkInterrupt();

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tools/CardAccess.h"
+#include "tools/Login.h"
 #include "tools/Command.h"
 #include "tools/ObjectName.h"
 #include "tools/ObjectText.h"
@@ -93,8 +93,7 @@ CLI::App* ShowCommand::declare(CLI::App& app) {
 ExitCode ShowCommand::run(Invocation& call) {
     const ObjectName name = parseObjectName(object_);
     CardAccess card(call, CardFolder::Mode::readOnly);
-    const ContainerPointer model = makeContainer(card.applicationPath());
-    model->readFromCard(&card.os());
+    const ContainerPointer model = readModel(call, card);
     const Shown object =
         name.isAuth ? findAuth(*model, name.number) : findObject(*model, name.number);
     if (call.options().json) {

@@ -1,7 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <string_view>
 
-#include "tools/CardAccess.h"
+#include "tools/Login.h"
 #include "tools/Command.h"
 #include "tools/Model.h"
 #include "tools/ObjectText.h"
@@ -72,8 +72,7 @@ ExitCode TokenInfoCommand::run(Invocation& call) {
     const Json set = fields();
     const bool isUpdate = !set.empty();
     CardAccess card(call, isUpdate ? CardFolder::Mode::readWrite : CardFolder::Mode::readOnly);
-    const ContainerPointer model = makeContainer(card.applicationPath());
-    model->readFromCard(&card.os());
+    const ContainerPointer model = readModel(call, card);
     if (isUpdate) {
         card.setInterruptible(false);
         updateTokenInfo(*model, card.os(), JsonPlace(set, "token-info"));

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tools/Command.h"
+#include "tools/SecretPrompt.h"
 
 namespace {
 
@@ -48,6 +49,8 @@ int main(int argc, char** argv) {
                           wantsColour(),
                           environment("TOVI_CARD"),
                           &interrupted,
-                          isatty(STDERR_FILENO) == 1};
+                          isatty(STDERR_FILENO) == 1,
+                          tovi::askOnTerminal};
+    console.outIsTerminal = isatty(STDOUT_FILENO) == 1;
     return tovi::runCommandLine(std::vector<std::string>(argv + (argc > 0), argv + argc), console);
 }

@@ -22,7 +22,9 @@ Result run(const std::vector<std::string>& arguments, const Surroundings& surrou
                     surroundings.colour,
                     surroundings.defaultCard,
                     surroundings.interrupted,
-                    surroundings.showsProgress};
+                    surroundings.showsProgress,
+                    surroundings.askSecret};
+    console.outIsTerminal = surroundings.outIsTerminal;
     console.pcsc = surroundings.pcsc;
     const int exit = runCommandLine(arguments, console);
     return {exit, out.str(), err.str()};

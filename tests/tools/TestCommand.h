@@ -10,6 +10,10 @@
 
 #include "tovi/card/IPcscService.h"
 
+namespace tovi {
+class Secret;
+}
+
 namespace tovi::test {
 
 using Json = nlohmann::ordered_json;
@@ -31,6 +35,8 @@ struct Surroundings {
     bool colour = false;
     const std::atomic<bool>* interrupted = nullptr;
     bool showsProgress = false;
+    std::function<bool(const std::string&, Secret&)> askSecret = {};
+    bool outIsTerminal = false;
     std::function<std::shared_ptr<IPcscService>()> pcsc = makePcscService;
 };
 

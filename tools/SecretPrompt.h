@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "tools/Secret.h"
+
+namespace tovi {
+
+/// Asks the person at the terminal of this process, and shows nothing of what is typed. The
+/// terminal is as it was before afterwards, also when the person interrupts.
+///
+/// False when there is no terminal, when the input ends without a line, is longer than a Secret, or
+/// is interrupted by a signal.
+bool askOnTerminal(const std::string& prompt, Secret& secret);
+
+}  // namespace tovi

@@ -160,6 +160,8 @@ TEST(MovedFiles, AreFollowedByEveryCommand) {
     EXPECT_EQ(files[1]["path"], "3F0050155032");
     EXPECT_EQ(files[1]["segments"][0]["kind"], "record");
     EXPECT_THAT(card.run({"check"}).out, testing::Not(HasSubstr("undecodable")));
+    EXPECT_EQ(card.run({"capture", card.folder / "copy"}).exit, 0);
+    EXPECT_EQ(run({"--json", "--card", card.folder / "copy", "list"}).json(), list);
 }
 
 TEST(MovedFiles, AreWrittenWhereTheyAre) {

@@ -33,3 +33,10 @@ refused() {
   shift
   if "$@" >"$WORK/refused.log" 2>&1; then fail "accepted: $what"; fi
 }
+
+# has PATTERN: standard input has such a line. It is read to its end, or whoever writes it would fail on the pipe.
+has() {
+  local text
+  text=$(cat)
+  grep -qE -- "$1" <<<"$text"
+}

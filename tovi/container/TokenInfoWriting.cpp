@@ -1,9 +1,8 @@
 #include <memory>
 #include <utility>
 
-#include "tovi/container/PKCS15Container.h"
+#include "tovi/container/WriteProtocol.h"
 #include "tovi/interfaces/ASN1Coding.h"
-#include "tovi/interfaces/Exception.h"
 #include "tovi/pkcs15/TokenInfo.h"
 
 namespace tovi {
@@ -60,8 +59,10 @@ void PKCS15Container::encodeTokenInfo(ISCardOS* os, const PKCS15TokenInfo& info)
     const bool mayBeWritten = edited->isValid() || !stored.value->isValid();
     if (!mayBeWritten || !ASN1_encode(*edited, &coderEnv, record))
         throw SmartcardException("encoding error", HERE);
-    if (!tokenInfoHandler.UpdateSequence(os, 0, record))
-        throw SmartcardException("update file failed", HERE);
+    const SmartcardException updateFailed("update file failed", HERE);
+    if (!translateCardErrors(updateFailed,
+                             [&] { return tokenInfoHandler.UpdateSequence(os, 0, record); }))
+        throw updateFailed;
     delete std::exchange(stored.value, edited.release());
 }
 

@@ -74,17 +74,15 @@ ExitCode TokenInfoCommand::run(Invocation& call) {
     CardAccess card(call, isUpdate ? CardFolder::Mode::readWrite : CardFolder::Mode::readOnly);
     const ContainerPointer model = makeContainer(card.applicationPath());
     model->readFromCard(&card.os());
+    PKCS15TokenInfo info = model->getTokenInfo();
     if (isUpdate) {
         card.setInterruptible(false);
-        updateTokenInfo(*model, card.os(), JsonPlace(set, "token-info"));
-        // What is shown is what the card holds now.
-        model->clear();
-        model->readFromCard(&card.os());
+        info = updateTokenInfo(*model, card.os(), JsonPlace(set, "token-info"));
     }
     if (call.options().json) {
-        call.printJson(toJson(model->getTokenInfo()));
+        call.printJson(toJson(info));
     } else if (!isUpdate || !call.options().quiet) {
-        call.printText(tokenInfoText(model->getTokenInfo(), call.style()));
+        call.printText(tokenInfoText(info, call.style()));
     }
     return ExitCode::done;
 }

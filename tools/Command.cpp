@@ -20,6 +20,7 @@ void Invocation::printJson(const nlohmann::ordered_json& document) {
 }
 
 void Invocation::checkInterrupt() const {
+    if (ignoresInterrupt_) return;
     if (console_.interrupted != nullptr && *console_.interrupted) throw Interrupted{};
 }
 

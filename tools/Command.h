@@ -46,11 +46,14 @@ public:
     void printJson(const nlohmann::ordered_json& document);
     /// Throws Interrupted when the user asked to stop.
     void checkInterrupt() const;
+    /// From here on the user's wish to stop counts no more: what was done has to be told.
+    void ignoreInterrupt() { ignoresInterrupt_ = true; }
 
 private:
     const GlobalOptions& options_;
     Console& console_;
     std::string operation_;
+    bool ignoresInterrupt_ = false;
 };
 
 /// One command of tovi, such as `list`.

@@ -209,8 +209,8 @@ TEST(TokenInfoFidelity, KeepsReferencesAndParametersOfAlgorithmsThatGetAnIdentif
     EXPECT_EQ(fullestAfter(nothing), named(fullest).encoded());
 }
 
-// The number of the NULL algorithm (PKCS#15 v1.1) is -1, which comes back as 2^64 - 1 so far.
-TEST(TokenInfoFidelity, DISABLED_KeepsANegativeNumberOfAnAlgorithm) {
+// The number of the NULL algorithm (PKCS#15 v1.1) is -1, which the model has as 2^64 - 1.
+TEST(TokenInfoFidelity, KeepsANegativeNumberOfAnAlgorithm) {
     const Blob record = tokenInfo({.supportedAlgorithms = std::vector<AlgorithmRecord>{
                                        {.algorithm = -1, .algId = objectIdentifier({1, 2, 3})}}});
     TokenOnCard card(record);

@@ -16,9 +16,15 @@ void fillFlags(PKCS15::TokenFlags& flags, const PKCS15TokenInfo& info) {
     ASN1_encodeBit(flags, PKCS15::TokenFlags::eidCompliant, info.eidCompliant);
 }
 
+/// A number of more than 64 bits, or a negative one as that of the NULL algorithm, is read as what
+/// fits; it stays what it was unless the caller changed that.
+void fillNumber(ASN1::INTEGER& stored, std::uint64_t number) {
+    if (stored.toUInt64() != number) stored.setValue(number);
+}
+
 /// reference and parameters of the entry stay.
 void fillEntry(PKCS15::AlgorithmInfo& entry, const PKCS15AlgorithmInfo& row) {
-    entry.algorithm.setValue(row.algorithm);
+    fillNumber(entry.algorithm, row.algorithm);
     entry.set_algId() = ASN1::OBJECT_IDENTIFIER(row.algId.begin(), row.algId.end());
     for (unsigned bit = 0; bit < row.supportedOperations.size(); ++bit)
         ASN1_encodeBit(entry.supportedOperations, bit, row.supportedOperations[bit]);
@@ -37,7 +43,7 @@ void fill(PKCS15::TokenInfo& value, const PKCS15TokenInfo& info) {
     else
         value.set_label() = info.info.label;
     value.serialNumber = info.info.serialNumber;
-    value.version.setValue(info.version);
+    fillNumber(value.version, info.version);
     if (info.manufacturerID.empty())
         value.manufacturerID.reset();
     else

@@ -1,12 +1,14 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <ostream>
 
 #include "tools/CardAccess.h"
-#include "tools/Login.h"
 #include "tools/Command.h"
+#include "tools/Course.h"
 #include "tools/JsonInput.h"
+#include "tools/Login.h"
 #include "tools/Model.h"
 #include "tools/ObjectKinds.h"
 #include "tools/Operation.h"
@@ -46,70 +48,95 @@ auto within(const std::string& name, Step step) {
 class Performance {
 public:
     Performance(Invocation& call, CardAccess& card, PKCS15Container& model)
-        : call_(call), card_(card), model_(model) {}
+        : call_(call), card_(card), model_(model), course_(model) {}
 
-    void performAll(const std::vector<OperationPointer>& operations, bool keepGoing);
-    bool hasFailed() const { return failures_ > 0; }
+    /// False when the user asked to stop before the end.
+    bool performAll(const std::vector<OperationPointer>& operations, bool keepGoing);
+    bool hasFailed() const { return hasFailed_; }
     std::size_t count() const { return results_.size(); }
     void print();
 
 private:
-    void perform(const Operation& operation);
-    void reportFailure(const Operation& operation, const ErrorReport& error);
+    void performEach(const std::vector<OperationPointer>& operations, bool keepGoing,
+                     ProgressBar& progress);
+    void perform(const Operation& operation, ProgressBar& progress);
+    void addFailure(const Operation& operation, const ErrorReport& error, Json& result);
 
     Invocation& call_;
     CardAccess& card_;
     PKCS15Container& model_;
+    Course course_;
     Json results_ = Json::array();
     TextTable table_{{"operation", "object", "result"}};
-    std::size_t failures_ = 0;
-    ProgressBar* progress_ = nullptr;
+    bool hasFailed_ = false;
 };
 
-void Performance::performAll(const std::vector<OperationPointer>& operations, bool keepGoing) {
+bool Performance::performAll(const std::vector<OperationPointer>& operations, bool keepGoing) {
     const bool isShown = call_.console().showsProgress && operations.size() >= longList &&
                          !call_.options().quiet && !call_.options().trace;
     ProgressBar progress(call_.console().err, operations.size(), isShown);
-    progress_ = &progress;
+    try {
+        performEach(operations, keepGoing, progress);
+        return true;
+    } catch (const Interrupted&) {
+        return false;
+    }
+}
+
+void Performance::performEach(const std::vector<OperationPointer>& operations, bool keepGoing,
+                              ProgressBar& progress) {
+    // What is begun is finished: the user's wish to stop counts between operations.
+    card_.setInterruptible(false);
     for (const OperationPointer& operation : operations) {
         progress.show(count());
         call_.checkInterrupt();
-        // What is begun is finished: the user's wish to stop counts between operations.
-        card_.setInterruptible(false);
-        perform(*operation);
+        perform(*operation, progress);
         if (hasFailed() && !keepGoing) return;
     }
+    progress.show(count());
 }
 
 /// What stands for a new authentication object is its place in the file, not a record number.
 std::string resultText(const Operation& operation, const Json& result) {
-    if (result["op"] != "write") return "done";
+    if (result["op"] != "write" || !result.contains("recordNumber")) return "done";
     return fmt::format("{} {}", operation.object() == authObjectKind ? "entry" : "record",
                        result["recordNumber"].dump());
 }
 
-void Performance::perform(const Operation& operation) {
+void Performance::perform(const Operation& operation, ProgressBar& progress) {
+    Json result = operation.head();
+    std::optional<ErrorReport> error;
     try {
-        Json result = operation.perform(model_, card_.os());
-        table_.add({result["op"], operation.object(), resultText(operation, result)});
-        results_.push_back(std::move(result));
+        if (course_.leadsAstray(operation)) operation.failAsMissing(model_, card_.os());
+        operation.perform(model_, card_.os(), result);
     } catch (const Exception& exception) {
-        reportFailure(operation, call_.explained(ErrorReport::of(exception)));
+        error = call_.explained(ErrorReport::of(exception));
     } catch (const std::exception& exception) {
-        reportFailure(operation, ErrorReport::of(exception, call_.operation()));
+        error = ErrorReport::of(exception, call_.operation());
     }
+    // An object that was written stands, whatever failed behind it.
+    const bool isWritten = result["op"] == "write" && result.contains("recordNumber");
+    course_.advance(operation, !error || isWritten);
+    if (error) {
+        progress.hide();
+        addFailure(operation, *error, result);
+    } else {
+        table_.add({result["op"], operation.object(), resultText(operation, result)});
+    }
+    results_.push_back(std::move(result));
 }
 
-void Performance::reportFailure(const Operation& operation, const ErrorReport& error) {
-    progress_->hide();
-    call_.console().err << fmt::format("tovi: operations[{}]: {}", count(), error.line())
-                        << std::endl;
-    Json result = operation.head();
-    table_.add({result["op"], operation.object(), "failed: " + error.message});
+void Performance::addFailure(const Operation& operation, const ErrorReport& error, Json& result) {
+    // A refused field names its place itself.
+    const std::string place = fmt::format("operations[{}]", count());
+    const bool isNamed = error.message.rfind(place, 0) == 0;
+    call_.console().err << "tovi: " << (isNamed ? "" : place + ": ") << error.line() << std::endl;
+    const bool isWritten = result["op"] == "write" && result.contains("recordNumber");
+    const std::string written = isWritten ? resultText(operation, result) + ", but " : "";
+    table_.add({result["op"], operation.object(), written + "failed: " + error.message});
     result["error"] = {
         {"message", error.message}, {"operation", error.operation}, {"code", error.code}};
-    results_.push_back(std::move(result));
-    ++failures_;
+    hasFailed_ = true;
 }
 
 void Performance::print() {
@@ -140,17 +167,20 @@ ExitCode ApplyCommand::run(Invocation& call) {
     const ContainerPointer model = readModel(call, card);
     within(nameOfList(), [&] {
         Forecast forecast(*model);
-        for (const OperationPointer& operation : operations) operation->foresee(forecast);
+        for (std::size_t i = 0; i < operations.size(); ++i) {
+            operations[i]->judge(forecast);
+            operations[i]->foretell(forecast, i);
+        }
     });
     Performance performance(call, card, *model);
-    try {
-        performance.performAll(operations, keepGoing_);
-        performance.print();
-    } catch (const Interrupted&) {
+    const bool isWhole = performance.performAll(operations, keepGoing_);
+    call.ignoreInterrupt();
+    performance.print();
+    if (!isWhole) {
         call.console().err << fmt::format("tovi: {} of {} operations were performed",
                                           performance.count(), operations.size())
                            << std::endl;
-        throw;
+        throw Interrupted{};
     }
     return performance.hasFailed() ? ExitCode::failed : ExitCode::done;
 }

@@ -28,6 +28,7 @@ ErrorReport Invocation::explained(ErrorReport report) const {
 }
 
 void Invocation::checkInterrupt() const {
+    if (ignoresInterrupt_) return;
     if (console_.interrupted != nullptr && *console_.interrupted) throw Interrupted{};
 }
 

@@ -60,6 +60,8 @@ public:
     ErrorReport explained(ErrorReport report) const;
     /// Throws Interrupted when the user asked to stop.
     void checkInterrupt() const;
+    /// From here on the user's wish to stop counts no more: what was done has to be told.
+    void ignoreInterrupt() { ignoresInterrupt_ = true; }
 
 private:
     const GlobalOptions& options_;
@@ -67,6 +69,7 @@ private:
     std::string operation_;
     std::string cardFailure_;
     bool wasDenied_ = false;
+    bool ignoresInterrupt_ = false;
 };
 
 /// One command of tovi, such as `list`.

@@ -1,7 +1,7 @@
 #include <CLI/CLI.hpp>
 
-#include "tools/Login.h"
 #include "tools/Command.h"
+#include "tools/Login.h"
 #include "tools/Model.h"
 #include "tools/ObjectName.h"
 
@@ -20,33 +20,29 @@ private:
 
 CLI::App* DeleteCommand::declare(CLI::App& app) {
     CLI::App* command = app.add_subcommand("delete", "deletes one object");
-    command->add_option("object", object_, "a record number, or auth:REF")
-        ->required()
-        ->type_name("RECORD");
+    command->add_option("object", object_, objectNameHelp)->required()->type_name("RECORD");
     return command;
-}
-
-void deleteAuth(PKCS15Container& model, ISCardOS& os, std::uint64_t reference) {
-    // No authentication object of a longer reference can be named to the container.
-    if (reference > 0xFF) {
-        throw SmartcardException("invalid object reference", "PKCS15Container::deleteAuthInfo");
-    }
-    model.deleteAuthInfo(&os, static_cast<unsigned char>(reference));
 }
 
 ExitCode DeleteCommand::run(Invocation& call) {
     const ObjectName name = parseObjectName(object_);
     CardAccess card(call, CardFolder::Mode::readWrite);
     const ContainerPointer model =
-        name.isAuth ? readModel(call, card) : readModel(call, card, name.number);
+        name.auth ? readModel(call, card) : readModel(call, card, name.record);
     card.setInterruptible(false);
-    if (name.isAuth) {
-        deleteAuth(*model, card.os(), name.number);
+    if (name.auth) {
+        deleteAuth(*model, card.os(), *name.auth);
     } else {
-        model->deleteObjectInfo(&card.os(), name.number);
+        model->deleteObjectInfo(&card.os(), name.record);
     }
     if (call.options().json) {
-        call.printJson({{"op", "delete"}, {name.isAuth ? "auth" : "recordNumber", name.number}});
+        Json result = {{"op", "delete"}};
+        if (name.auth) {
+            result["auth"] = name.auth->json();
+        } else {
+            result["recordNumber"] = name.record;
+        }
+        call.printJson(result);
     } else if (!call.options().quiet) {
         call.printText("deleted " + object_ + "\n");
     }

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "tools/Operation.h"
+#include "tovi/interfaces/Exception.h"
 
 namespace tovi {
 namespace {
@@ -12,31 +13,37 @@ public:
 
     Json head() const override { return {{"op", "delete"}, {"recordNumber", record_}}; }
     std::string object() const override { return fmt::format("record {}", record_); }
-    void foresee(Forecast& forecast) const override { forecast.erase(record_); }
-    Json perform(PKCS15Container& model, ISCardOS& os) const override {
+    NamedObjects names() const override { return {.records = {record_}}; }
+    void foretell(Forecast& forecast, std::size_t) const override { forecast.erase(record_); }
+    void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         model.deleteObjectInfo(&os, record_);
-        return head();
+    }
+    void failAsMissing(PKCS15Container& model, ISCardOS& os) const override {
+        model.deleteObjectInfo(&os, noRecord);
     }
 
 private:
     std::uint64_t record_;
 };
 
-/// The first authentication object with a reference.
+/// The first authentication object of a name.
 class DeleteAuth final : public Operation {
 public:
-    explicit DeleteAuth(std::uint8_t reference) : reference_(reference) {}
+    explicit DeleteAuth(AuthName name) : name_(std::move(name)) {}
 
-    Json head() const override { return {{"op", "delete"}, {"auth", reference_}}; }
-    std::string object() const override { return fmt::format("auth:{}", reference_); }
-    void foresee(Forecast& forecast) const override { forecast.eraseAuth(reference_); }
-    Json perform(PKCS15Container& model, ISCardOS& os) const override {
-        model.deleteAuthInfo(&os, reference_);
-        return head();
+    Json head() const override { return {{"op", "delete"}, {"auth", name_.json()}}; }
+    std::string object() const override { return "auth:" + name_.text(); }
+    NamedObjects names() const override { return {.auth = name_}; }
+    void foretell(Forecast& forecast, std::size_t) const override { forecast.eraseAuth(name_); }
+    void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
+        deleteAuth(model, os, name_);
+    }
+    void failAsMissing(PKCS15Container&, ISCardOS&) const override {
+        throw noSuchAuthObject("PKCS15Container::deleteAuthInfo");
     }
 
 private:
-    std::uint8_t reference_;
+    AuthName name_;
 };
 
 }  // namespace
@@ -44,8 +51,7 @@ private:
 OperationPointer makeDeleteOperation(const JsonPlace& place) {
     if (place.has("auth")) {
         place.allow({"op", "auth"});
-        const auto reference = static_cast<std::uint8_t>(place.at("auth").number(0xFF));
-        return std::make_unique<DeleteAuth>(reference);
+        return std::make_unique<DeleteAuth>(authNameField(place.at("auth")));
     }
     place.allow({"op", "recordNumber"});
     return std::make_unique<DeleteObject>(needed(place, "recordNumber").number(lastRecordNumber));

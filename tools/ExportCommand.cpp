@@ -179,16 +179,16 @@ void ExportCommand::print(Invocation& call, std::uint64_t record, const StoredVa
 
 ExitCode ExportCommand::run(Invocation& call) {
     const ObjectName name = parseObjectName(object_);
-    if (name.isAuth) throw UsageError("an authentication object has no value");
+    if (name.auth) throw UsageError("an authentication object has no value");
     checkDestination(call);
     CardAccess card(call, CardFolder::Mode::readOnly);
-    const ContainerPointer model = readModel(call, card, name.number);
-    const Exported object = findExported(*model, name.number);
+    const ContainerPointer model = readModel(call, card, name.record);
+    const Exported object = findExported(*model, name.record);
     Blob value = valueOf(card, *model, object, call.operation());
     if (der_) value = firstElement(value, object.name, call.operation());
     call.checkInterrupt();
     if (!file_.empty()) writeWholeFile(file_, asText(value), call.operation());
-    print(call, name.number, object.value, value);
+    print(call, name.record, object.value, value);
     return ExitCode::done;
 }
 

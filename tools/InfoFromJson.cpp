@@ -68,15 +68,18 @@ bool setField(PKCS15ObjectInfo<Info>& info, const std::string& name, const Place
     return !isContainer && setCommon(info, name, value);
 }
 
-/// The attributes that say the same as flags of the object follow these, as in an object that was
-/// read, unless the fields name them too.
+/// Flags of the object and the attributes that say the same follow one another, as in an object
+/// that was read, unless the fields name both.
 template <class Info>
 void followFlags(PKCS15ObjectInfo<Info>& info, const Place& fields) {
-    const auto follow = [&](const char* name, unsigned long attribute, bool flag) {
-        if (!fields.has(name)) return;
+    const auto follow = [&](const char* name, unsigned long attribute, bool& flag) {
         const bool isNamed =
             fields.has("attributes") && fields.at("attributes").has(attributeName(attribute));
-        if (!isNamed) info.SetParam(attribute, flag ? B_CK_TRUE : B_CK_FALSE);
+        if (isNamed == fields.has(name)) return;
+        if (isNamed)
+            flag = info.GetParam(attribute) == CK_TRUE;
+        else
+            info.SetParam(attribute, flag ? B_CK_TRUE : B_CK_FALSE);
     };
     follow("isPrivate", CKA_PRIVATE, info.isPrivate);
     follow("isModifiable", CKA_MODIFIABLE, info.isModifiable);

@@ -1,5 +1,6 @@
 #include "tools/OptionChecks.h"
 
+#include "tools/PinChoice.h"
 #include "tools/Text.h"
 #include "tovi/asn1/Strings.h"
 
@@ -41,10 +42,7 @@ std::string checkedFid(const std::string& text) {
 }
 
 std::string checkedLogin(const std::string& text) {
-    const std::string digits = text.rfind("auth:", 0) == 0 ? text.substr(5) : text;
-    const bool isNumber = !digits.empty() && digits.size() <= 5 &&
-                          digits.find_first_not_of("0123456789") == std::string::npos;
-    return isNumber ? "" : "a PIN is named by its reference, as auth:1 or 1";
+    return parseLogin(text) ? "" : "a PIN is named by its reference or identifier: 1 or id=0A";
 }
 
 std::string checkedSeconds(const std::string& text) {

@@ -14,7 +14,7 @@ std::string checkedLabel(const std::string& text);
 std::string checkedSerial(const std::string& text);
 /// A file identifier.
 std::string checkedFid(const std::string& text);
-/// The reference of an authentication object, which may stand behind "auth:".
+/// The name of an authentication object, which may stand behind "auth:".
 std::string checkedLogin(const std::string& text);
 /// A whole number of seconds, or nothing.
 std::string checkedSeconds(const std::string& text);

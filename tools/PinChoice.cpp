@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "tools/Failure.h"
-#include "tools/ObjectName.h"
 #include "tools/Text.h"
 
 namespace tovi {
@@ -24,12 +23,12 @@ std::string listOf(const std::vector<const Pin*>& pins) {
     return text.empty() ? "the card has no PIN" : "the card has " + text;
 }
 
-std::uint64_t referenceNamed(const std::string& login) {
-    const bool isPrefixed = login.rfind("auth:", 0) == 0;
-    return parseObjectName(isPrefixed ? login : "auth:" + login).number;
-}
-
 }  // namespace
+
+std::optional<AuthName> parseLogin(const std::string& login) {
+    const bool isPrefixed = login.rfind("auth:", 0) == 0;
+    return parseAuthName(isPrefixed ? login.substr(5) : login);
+}
 
 std::string nameOfPin(const Pin& pin) {
     const std::string label(pin.label.begin(), pin.label.end());
@@ -39,14 +38,15 @@ std::string nameOfPin(const Pin& pin) {
 }
 
 const Pin& choosePin(const PKCS15Container& model, const std::string& login, const Blob& guard) {
+    const std::optional<AuthName> name = parseLogin(login);
     std::vector<const Pin*> pins;
     for (const Pin& object : model.getAuthInfos()) {
-        if (!login.empty() && object.reference == referenceNamed(login)) return object;
+        if (name && name->names(object)) return object;
         if (login.empty() && !guard.empty() && object.authObjectId == guard) return object;
         if (isVerifiable(object)) pins.push_back(&object);
     }
     if (!login.empty())
-        throw UsageError("--login: no PIN has the reference " + login + "; " + listOf(pins));
+        throw UsageError("--login: no PIN is called " + login + "; " + listOf(pins));
     if (pins.size() != 1) throw UsageError("choose a PIN with --login REF: " + listOf(pins));
     return *pins.front();
 }

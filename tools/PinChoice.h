@@ -2,13 +2,16 @@
 
 #include <string>
 
+#include "tools/AuthName.h"
 #include "tovi/container/PKCS15Container.h"
 
 namespace tovi {
 
-/// The PIN that is to be verified: the one with the reference `login`, which may stand behind
-/// "auth:"; without that the one whose own identifier is `guard`; without that the only one of the
-/// application that VERIFY takes.
+/// What --login says: REF or id=HEX, which may stand behind "auth:"; none for other texts.
+std::optional<AuthName> parseLogin(const std::string& login);
+
+/// The PIN that is to be verified: the one that `login` names; without that the one whose own
+/// identifier is `guard`; without that the only one of the application that VERIFY takes.
 ///
 /// Throws UsageError that names the PINs to choose from.
 const PKCS15ObjectInfo<AuthInfo>& choosePin(const PKCS15Container& model, const std::string& login,

@@ -41,13 +41,10 @@ Shown shown(const PKCS15Container& model, const ListKind& kind, const Infos& inf
     return object;
 }
 
-Shown findAuth(const PKCS15Container& model, std::uint64_t reference) {
-    const auto& infos = model.getAuthInfos();
-    for (std::size_t i = 0; i < infos.size(); ++i) {
-        if (infos[i].reference != reference) continue;
-        return shown(model, authObjects, infos, model.getRawAuthObjects(), i);
-    }
-    throw SmartcardException("invalid object reference", "PKCS15Container::getAuthInfo");
+Shown shownAuth(const PKCS15Container& model, const AuthName& name) {
+    const auto position = findAuth(model, name);
+    if (!position) throw noSuchAuthObject("PKCS15Container::getAuthInfo");
+    return shown(model, authObjects, model.getAuthInfos(), model.getRawAuthObjects(), *position);
 }
 
 std::optional<Shown> findInLists(const PKCS15Container& model, std::uint64_t record) {
@@ -84,9 +81,7 @@ Shown findObject(const PKCS15Container& model, std::uint64_t record) {
 
 CLI::App* ShowCommand::declare(CLI::App& app) {
     CLI::App* show = app.add_subcommand("show", "prints one object with all that is known of it");
-    show->add_option("object", object_, "a record number, or auth:REF")
-        ->required()
-        ->type_name("RECORD");
+    show->add_option("object", object_, objectNameHelp)->required()->type_name("RECORD");
     return show;
 }
 
@@ -95,7 +90,7 @@ ExitCode ShowCommand::run(Invocation& call) {
     CardAccess card(call, CardFolder::Mode::readOnly);
     const ContainerPointer model = readModel(call, card);
     const Shown object =
-        name.isAuth ? findAuth(*model, name.number) : findObject(*model, name.number);
+        name.auth ? shownAuth(*model, *name.auth) : findObject(*model, name.record);
     if (call.options().json) {
         call.printJson(object.json);
         return ExitCode::done;

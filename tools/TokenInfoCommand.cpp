@@ -1,8 +1,8 @@
 #include <CLI/CLI.hpp>
 #include <string_view>
 
-#include "tools/Login.h"
 #include "tools/Command.h"
+#include "tools/Login.h"
 #include "tools/Model.h"
 #include "tools/ObjectText.h"
 #include "tools/OptionChecks.h"
@@ -73,17 +73,15 @@ ExitCode TokenInfoCommand::run(Invocation& call) {
     const bool isUpdate = !set.empty();
     CardAccess card(call, isUpdate ? CardFolder::Mode::readWrite : CardFolder::Mode::readOnly);
     const ContainerPointer model = readModel(call, card);
+    PKCS15TokenInfo info = model->getTokenInfo();
     if (isUpdate) {
         card.setInterruptible(false);
-        updateTokenInfo(*model, card.os(), JsonPlace(set, "token-info"));
-        // What is shown is what the card holds now.
-        model->clear();
-        model->readFromCard(&card.os());
+        info = updateTokenInfo(*model, card.os(), JsonPlace(set, "token-info"));
     }
     if (call.options().json) {
-        call.printJson(toJson(model->getTokenInfo()));
+        call.printJson(toJson(info));
     } else if (!isUpdate || !call.options().quiet) {
-        call.printText(tokenInfoText(model->getTokenInfo(), call.style()));
+        call.printText(tokenInfoText(info, call.style()));
     }
     return ExitCode::done;
 }

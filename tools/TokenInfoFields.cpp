@@ -4,6 +4,7 @@
 
 #include "tools/FieldNames.h"
 #include "tools/FieldValues.h"
+#include "tovi/asn1/ObjectIdentifier.h"
 
 namespace tovi {
 namespace {
@@ -11,6 +12,15 @@ namespace {
 using Place = JsonPlace;
 
 constexpr std::size_t mostOfALong = 0xFFFFFFFF;
+
+/// One octet an arc. A record always names an identifier, so one has to be there.
+Blob algIdField(const Place& place) {
+    const Blob arcs = place.octets();
+    if (ASN1::OBJECT_IDENTIFIER(arcs.begin(), arcs.end()).empty()) {
+        place.fail("the arcs of an object identifier, one octet each");
+    }
+    return arcs;
+}
 
 PKCS15AlgorithmInfo algorithmOf(const Place& place) {
     PKCS15AlgorithmInfo algorithm;
@@ -20,7 +30,7 @@ PKCS15AlgorithmInfo algorithmOf(const Place& place) {
         if (name == "algorithm") {
             algorithm.algorithm = member.number(mostOfALong);
         } else if (name == "algId") {
-            algorithm.algId = member.octets();
+            algorithm.algId = algIdField(member);
         } else if (name == "supportedOperations") {
             const std::uint32_t bits = bitsField(member, operationBit);
             for (std::size_t bit = 0; bit < algorithm.supportedOperations.size(); ++bit) {
@@ -30,6 +40,7 @@ PKCS15AlgorithmInfo algorithmOf(const Place& place) {
             member.refuse("no such field");
         }
     }
+    if (!place.has("algId")) place.fail("'algId'");
     return algorithm;
 }
 

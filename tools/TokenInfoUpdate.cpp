@@ -1,5 +1,8 @@
 #include "tools/TokenInfoUpdate.h"
 
+#include <iterator>
+#include <utility>
+
 #include "tools/InfoFromJson.h"
 #include "tovi/pkcs15/PKCS15.h"
 
@@ -7,6 +10,7 @@ namespace tovi {
 namespace {
 
 constexpr const char* algorithms = "supportedAlgorithms";
+constexpr char labelOfNone[] = "PKCS#15 Token";  // as the model calls a token without label
 
 /// EF(TokenInfo) as the card has it; null when it was not read.
 const PKCS15::TokenInfo* recordOf(const PKCS15Container& model) {
@@ -19,6 +23,16 @@ bool hasAlgorithms(const PKCS15::TokenInfo* record) {
            !record->supportedAlgorithms->empty();
 }
 
+PKCS15TokenInfo asNextRead(PKCS15TokenInfo written, const PKCS15TokenInfo& before) {
+    if (written.info.label.empty()) {
+        written.info.label = Blob(std::begin(labelOfNone), std::end(labelOfNone) - 1);
+    }
+    if (written.supportedAlgorithms.empty()) {
+        written.supportedAlgorithms = before.supportedAlgorithms;
+    }
+    return written;
+}
+
 }  // namespace
 
 void checkTokenInfoFields(const JsonPlace& set) {
@@ -26,17 +40,26 @@ void checkTokenInfoFields(const JsonPlace& set) {
     setFields(scratch, set);
 }
 
-void updateTokenInfo(PKCS15Container& model, ISCardOS& os, const JsonPlace& set) {
+bool namesAlgorithms(const JsonPlace& set) {
+    return set.has(algorithms) && set.at(algorithms).count() > 0;
+}
+
+void checkAlgorithms(const JsonPlace& set, bool cardHasAlgorithms) {
+    if (!set.has(algorithms) || namesAlgorithms(set) || !cardHasAlgorithms) return;
+    set.at(algorithms).refuse("the card's list can be replaced, but not removed");
+}
+
+PKCS15TokenInfo updateTokenInfo(PKCS15Container& model, ISCardOS& os, const JsonPlace& set) {
     const PKCS15::TokenInfo* record = recordOf(model);
-    PKCS15TokenInfo info = model.getTokenInfo();
+    const PKCS15TokenInfo before = model.getTokenInfo();
+    checkAlgorithms(set, hasAlgorithms(record));
+    PKCS15TokenInfo info = before;
     // The model has a label also for a card without one, and no algorithms leave the card's alone.
     if (record != nullptr && !record->label) info.info.label.clear();
     info.supportedAlgorithms.clear();
     setFields(info, set);
-    if (set.has(algorithms) && info.supportedAlgorithms.empty() && hasAlgorithms(record)) {
-        set.at(algorithms).refuse("the card's list can be replaced, but not removed");
-    }
     model.updateTokenInfo(&os, info);
+    return asNextRead(std::move(info), before);
 }
 
 }  // namespace tovi

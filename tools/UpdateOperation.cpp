@@ -1,11 +1,11 @@
 #include <fmt/format.h>
 
-#include <algorithm>
-
+#include "tools/HeldFields.h"
 #include "tools/InfoFromJson.h"
 #include "tools/ObjectKinds.h"
 #include "tools/Operation.h"
 #include "tools/TokenInfoUpdate.h"
+#include "tovi/interfaces/Exception.h"
 
 namespace tovi {
 namespace {
@@ -32,31 +32,39 @@ public:
 
     Json head() const override { return {{"op", "update"}, {"recordNumber", record_}}; }
     std::string object() const override { return fmt::format("record {}", record_); }
-    void foresee(Forecast& forecast) const override {
+    NamedObjects names() const override { return {.records = {record_}}; }
+    void judge(Forecast& forecast) const override {
         const auto type = forecast.objectTypeOf(record_);
         const auto check = [&](const auto& kind) {
-            typename std::remove_cvref_t<decltype(kind)>::Object scratch;
-            setFields(scratch, set_);
+            const auto* before = forecast.find(kind, record_);
+            if (before != nullptr) forecast.update(record_, changed(*before));
         };
         if (type) withKindOf(*type, check);
     }
-    Json perform(PKCS15Container& model, ISCardOS& os) const override {
+    void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         const auto& rows = model.getFATRecords();
         const auto update = [&](const auto& kind) {
-            auto object = (model.*kind.get)(record_);
-            setFields(object, set_);
-            updateObject(kind, model, os, object);
+            updateObject(kind, model, os, changed((model.*kind.get)(record_)));
         };
         const bool isThere = record_ < rows.size();
-        if (!isThere || !withKindOf(rows[record_].objectType, update)) refuse(model, os);
-        return head();
+        if (!isThere || !withKindOf(rows[record_].objectType, update)) refuse(model, os, record_);
+    }
+    void failAsMissing(PKCS15Container& model, ISCardOS& os) const override {
+        refuse(model, os, noRecord);
     }
 
 private:
+    template <class Info>
+    PKCS15ObjectInfo<Info> changed(const PKCS15ObjectInfo<Info>& before) const {
+        PKCS15ObjectInfo<Info> object = before;
+        setFields(object, set_);
+        checkHeld(object, &before, set_);
+        return object;
+    }
     /// No object of a kind has that number, so the update of any kind fails, and says why.
-    void refuse(PKCS15Container& model, ISCardOS& os) const {
+    void refuse(PKCS15Container& model, ISCardOS& os, std::uint64_t record) const {
         PKCS15ObjectInfo<PrivateKeyInfo> none;
-        none.recordNumber = record_;
+        none.recordNumber = record;
         model.updatePrivateKeyInfo(&os, none);
     }
 
@@ -64,40 +72,44 @@ private:
     JsonPlace set_;
 };
 
-/// Fields of the first authentication object with a reference.
+/// Fields of the first authentication object of a name.
 class UpdateAuth final : public Operation {
 public:
-    UpdateAuth(std::uint16_t reference, JsonPlace set)
-        : reference_(reference), set_(std::move(set)) {
+    UpdateAuth(AuthName name, JsonPlace set) : name_(std::move(name)), set_(std::move(set)) {
         checkFieldsOfAnyAuthObject(set_);
     }
 
-    Json head() const override { return {{"op", "update"}, {"auth", reference_}}; }
-    std::string object() const override { return fmt::format("auth:{}", reference_); }
-    void foresee(Forecast& forecast) const override {
-        const auto type = forecast.authTypeOf(reference_);
-        if (!type || *type == AuthType::none) return;
-        PKCS15ObjectInfo<AuthInfo> scratch;
-        scratch.type = *type;
-        setFields(scratch, set_);
+    Json head() const override { return {{"op", "update"}, {"auth", name_.json()}}; }
+    std::string object() const override { return "auth:" + name_.text(); }
+    NamedObjects names() const override { return {.auth = name_}; }
+    void judge(Forecast& forecast) const override {
+        const auto* before = forecast.find(name_);
+        if (before != nullptr && before->type != AuthType::none) changed(*before);
     }
-    Json perform(PKCS15Container& model, ISCardOS& os) const override {
-        const auto& infos = model.getAuthInfos();
-        const auto found = std::find_if(infos.begin(), infos.end(), [&](const auto& info) {
-            return info.reference == reference_;
-        });
-        PKCS15ObjectInfo<AuthInfo> info;
-        info.reference = reference_;  // which is refused when nothing has it
-        if (found != infos.end()) {
-            info = *found;
-            setFields(info, set_);
-        }
-        model.updateAuthInfo(&os, info);
-        return head();
+    void foretell(Forecast& forecast, std::size_t) const override {
+        const auto* before = forecast.find(name_);
+        if (before == nullptr || before->type == AuthType::none) return;
+        forecast.updateAuth(name_, changed(*before));
+    }
+    void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
+        const auto position = findAuth(model, name_);
+        if (!position) failAsMissing(model, os);
+        const auto info = changed(model.getAuthInfos()[*position]);
+        model.writeAuthInfo(&os, info, static_cast<unsigned long>(*position));
+    }
+    void failAsMissing(PKCS15Container&, ISCardOS&) const override {
+        throw noSuchAuthObject("PKCS15Container::updateAuthInfo");
     }
 
 private:
-    std::uint16_t reference_;
+    PKCS15ObjectInfo<AuthInfo> changed(const PKCS15ObjectInfo<AuthInfo>& before) const {
+        PKCS15ObjectInfo<AuthInfo> object = before;
+        setFields(object, set_);
+        checkHeld(object, &before, set_);
+        return object;
+    }
+
+    AuthName name_;
     JsonPlace set_;
 };
 
@@ -108,10 +120,14 @@ public:
 
     Json head() const override { return {{"op", "updateTokenInfo"}}; }
     std::string object() const override { return ""; }
-    void foresee(Forecast&) const override {}
-    Json perform(PKCS15Container& model, ISCardOS& os) const override {
+    void judge(Forecast& forecast) const override {
+        checkAlgorithms(set_, forecast.hasAlgorithms());
+    }
+    void foretell(Forecast& forecast, std::size_t) const override {
+        if (namesAlgorithms(set_)) forecast.setAlgorithms();
+    }
+    void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         updateTokenInfo(model, os, set_);
-        return head();
     }
 
 private:
@@ -123,9 +139,7 @@ private:
 OperationPointer makeUpdateOperation(const JsonPlace& place) {
     if (place.has("auth")) {
         place.allow({"op", "auth", "set"});
-        const auto reference = place.at("auth").number(noReference - 1);
-        return std::make_unique<UpdateAuth>(static_cast<std::uint16_t>(reference),
-                                            needed(place, "set"));
+        return std::make_unique<UpdateAuth>(authNameField(place.at("auth")), needed(place, "set"));
     }
     place.allow({"op", "recordNumber", "set"});
     const std::size_t record = needed(place, "recordNumber").number(lastRecordNumber);

@@ -18,14 +18,13 @@ static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it"
 
 extern "C" void interrupt(int) { interrupted = true; }
 
-/// The first interrupt, or request to end, asks to stop behind the current command of the card, so
-/// that none is torn; the second one ends the process.
+/// The first interrupt, or another wish that the process should end, asks to stop behind the
+/// current command of the card, so that none is torn; the second one ends the process.
 void installHandlers() {
     struct sigaction action = {};
     action.sa_handler = interrupt;
     action.sa_flags = static_cast<int>(SA_RESETHAND);  // and no SA_RESTART: waiting calls return
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    for (const int signal : {SIGINT, SIGTERM}) sigaction(signal, &action, nullptr);
     std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is a failed write, which is reported
 }
 

@@ -106,6 +106,37 @@ TEST(CommandExchange, StopsAChainThatTheCardRefuses) {
     EXPECT_EQ(channel.commands.size(), 1u);
 }
 
+/// Loses the answer to its second command, which the card has performed.
+class LosesOneAnswer : public ICardChannel {
+public:
+    explicit LosesOneAnswer(ICardChannel& card) : card_(card) {}
+    Blob transmit(const Blob& command) override {
+        const Blob answer = card_.transmit(command);
+        if (++commands == 2) throw SmartcardException("lost", "test");
+        return answer;
+    }
+    int commands = 0;
+
+private:
+    ICardChannel& card_;
+};
+
+TEST(CommandExchange, SendsTheCommandBehindABrokenChainAgainOnce) {
+    ScriptedChannel card({"9000", "9000", "6883", "6883", "6883"});
+    LosesOneAnswer channel(card);
+    CommandExchange exchange(channel, {.commandChaining = true});
+    CommandApdu update;
+    update.ins = 0xD6;
+    for (int i = 0; i < 600; ++i) update.data.push_back(0x55);
+    EXPECT_EQ(failureOf([&] { exchange.send(update, operation); }).message, "lost");
+    CommandApdu read;
+    read.ins = 0xB0;
+    EXPECT_EQ(exchange.send(read, operation).status, 0x6883);
+    EXPECT_EQ(channel.commands, 4);
+    EXPECT_EQ(exchange.send(read, operation).status, 0x6883);
+    EXPECT_EQ(channel.commands, 5);
+}
+
 TEST(CommandExchange, SendsLongDataAtOnceWithExtendedLength) {
     ScriptedChannel channel({"9000"});
     CommandApdu command{0x00, 0xD6, 0x00, 0x00, pattern(300), 0};

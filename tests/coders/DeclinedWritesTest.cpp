@@ -51,6 +51,25 @@ TEST_F(DeclinedWrites, OfAnUpdateLeaveTheNewInfoInMemory) {
     EXPECT_EQ(container->getRawPrivateKeys().at(0).value, before);
 }
 
+TEST_F(DeclinedWrites, OfTokenInfoAreAFailure) {
+    handlerScript().answer = false;
+    const PKCS15::TokenInfo* const before = container->getRawTokenInfos().at(0).value;
+    const Blob label = container->getTokenInfo().info.label;
+    PKCS15TokenInfo info = container->getTokenInfo();
+    info.info.label = text("new");
+    EXPECT_EQ(failureOf([&] { container->updateTokenInfo(card.os(), info); }),
+              smartcardFailure("update file failed", "PKCS15Container::encodeTokenInfo"));
+    EXPECT_EQ(container->getTokenInfo().info.label, label);
+    EXPECT_EQ(container->getRawTokenInfos().at(0).value, before);
+}
+
+TEST_F(DeclinedWrites, OfADeletionAreAFailure) {
+    handlerScript().answer = false;
+    EXPECT_EQ(failureOf([&] { container->deleteObjectInfo(card.os(), 1); }),
+              smartcardFailure("failed to delete object", "PKCS15Container::deleteObjectInfo"));
+    EXPECT_EQ(container->getPrivateKeyInfo(1).label, text("old"));
+}
+
 TEST_F(DeclinedWrites, AreToldFromWrites) {
     PKCS15ObjectInfo<PrivateKeyInfo> info = container->getPrivateKeyInfo(1);
     info.label = text("new");

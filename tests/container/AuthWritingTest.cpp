@@ -7,6 +7,9 @@
 namespace tovi::test {
 namespace {
 
+const Failure encodingError =
+    smartcardFailure("ASN1 encoding error", "PKCS15AuthCT::encodeAuthInfoBase");
+
 constexpr const char* writeOperation = "PKCS15Container::writeAuthInfo";
 using Info = PKCS15ObjectInfo<AuthInfo>;
 
@@ -90,15 +93,14 @@ TEST(WriteAuthInfo, RefusesAnInfoThatIsNotValid) {
 TEST(WriteAuthInfo, RefusesAnIndexWithoutRecord) {
     WrittenCard card(twoPins());
     ScriptedCardOS os(*card.os());
-    EXPECT_EQ(failureOf([&] { card->writeAuthInfo(&os, newPin(*card, 3), 2); }).message,
-              "ASN1 encoding error");
+    EXPECT_EQ(failureOf([&] { card->writeAuthInfo(&os, newPin(*card, 3), 2); }), encodingError);
     EXPECT_EQ(os.calls().size(), 0u);
 }
 
 TEST(WriteAuthInfo, RefusesAnIndexOfARecordThatDidNotDecode) {
     WrittenCard card(CardBuilder().authObjects({undecodable(), pin()}).room(100));
-    EXPECT_EQ(failureOf([&] { card->writeAuthInfo(card.os(), newPin(*card, 3), 0); }).message,
-              "ASN1 encoding error");
+    EXPECT_EQ(failureOf([&] { card->writeAuthInfo(card.os(), newPin(*card, 3), 0); }),
+              encodingError);
 }
 
 TEST(WriteAuthInfo, ReportsWhatTheCardRefusesAsNoMemoryWithoutTheMark) {

@@ -9,6 +9,7 @@ namespace {
 
 constexpr const char* deleteObject = "PKCS15Container::deleteObjectInfo";
 constexpr const char* deleteAuth = "PKCS15Container::deleteAuthInfo";
+constexpr const char* handlerOperation = "ProfileDFHandler::DeleteSequence";
 using Labels = std::vector<Blob>;
 const FATInfo freed{};
 
@@ -82,6 +83,15 @@ TYPED_TEST(DeleteEveryKind, ChangesNothingWhenTheCardRefuses) {
     EXPECT_TRUE(Kind::raws(*card)[2].isDecoded);
 }
 
+TYPED_TEST(DeleteEveryKind, LetsFailuresOfTheFileThrough) {
+    using Kind = TypeParam;
+    WrittenCard card(threeRecords<Kind>());
+    const auto rows = card->getFATRecords();
+    EXPECT_EQ(failureOfDeleting(*card, nullptr, 2), smartcardFailure("no card", handlerOperation));
+    expectLabels<Kind>(*card, {text("one"), text("two"), text("three")});
+    EXPECT_EQ(card->getFATRecords(), rows);
+}
+
 TYPED_TEST(DeleteEveryKind, GivesTheRowToTheNextNewObject) {
     using Kind = TypeParam;
     WrittenCard card(threeRecords<Kind>().room(100));
@@ -107,8 +117,8 @@ TYPED_TEST(DeleteEveryKind, NoticesThatSomebodyElseWroteToTheCard) {
     using Kind = TypeParam;
     WrittenCard card(threeRecords<Kind>());
     card.again()->deleteObjectInfo(card.os(), 1);
-    const Failure failure = failureOfDeleting(*card, card.os(), 1);
-    EXPECT_EQ(failure.message, "directory file changed");
+    EXPECT_EQ(failureOfDeleting(*card, card.os(), 1),
+              smartcardFailure("directory file changed", handlerOperation));
     expectLabels<Kind>(*card, {text("one"), text("two"), text("three")});
     expectLabels<Kind>(*card.again(), {text("two"), text("three")});
 }
@@ -226,6 +236,14 @@ TEST(DeleteAuthInfo, ChangesNothingWhenTheCardRefuses) {
     ScriptedCardOS os(*card.os(), refusingWrites());
     EXPECT_EQ(failureOf([&] { card->deleteAuthInfo(&os, 1); }),
               smartcardFailure("failed to delete auth info", deleteAuth));
+    EXPECT_EQ(card->getAuthInfos().size(), 1u);
+    EXPECT_EQ(card->getRawAuthObjects().size(), 1u);
+}
+
+TEST(DeleteAuthInfo, LetsFailuresOfTheFileThrough) {
+    WrittenCard card(CardBuilder().authObjects({pin()}));
+    EXPECT_EQ(failureOf([&] { card->deleteAuthInfo(nullptr, 1); }),
+              smartcardFailure("no card", handlerOperation));
     EXPECT_EQ(card->getAuthInfos().size(), 1u);
     EXPECT_EQ(card->getRawAuthObjects().size(), 1u);
 }

@@ -240,24 +240,39 @@ TEST(UpdateTokenInfo, WritesNothingThatBreaksAConstraint) {
     expectRefusal(card, card.os(), oneArc, failure);
 }
 
-TEST(UpdateTokenInfo, LetsTheFailuresOfTheCardThrough) {
+const Failure updateFailed = smartcardFailure("update file failed", encodeOperation);
+
+TEST(UpdateTokenInfo, FailsWhenTheCardRefuses) {
+    for (const std::int64_t status : {0x6581, 0x6982, 0x6A84, 0x6B00, 0x6F00}) {
+        WrittenCard card(cardWith(richTokenInfo()));
+        ScriptedCardOS os(*card.os(), [status](std::size_t, const std::string& call) {
+            if (call.starts_with("update"))
+                throw SmartcardException("refused", "test", statusWordCode + status);
+        });
+        const PKCS15TokenInfo info = withLabel(card->getTokenInfo(), "mine");
+        expectRefusal(card, &os, info, updateFailed);
+        // What was read is edited again, not what was refused.
+        PKCS15TokenInfo other = withLabel(card->getTokenInfo(), "other");
+        other.manufacturerID.clear();
+        card->updateTokenInfo(card.os(), other);
+        EXPECT_EQ(card.again()->getTokenInfo().info.label, text("other"));
+    }
+}
+
+TEST(UpdateTokenInfo, LetsFailuresThroughThatAreNotOfTheCard) {
     WrittenCard card(cardWith(richTokenInfo()));
-    ScriptedCardOS os(*card.os(), [](std::size_t, const std::string& call) {
-        if (call.starts_with("update"))
-            throw SmartcardException("refused", "test", statusWordCode + 0x6982);
-    });
     const PKCS15TokenInfo info = withLabel(card->getTokenInfo(), "mine");
-    expectRefusal(card, &os, info, {smartcardId, "refused", "test", 0x16982});
     expectRefusal(card, nullptr, info,
                   smartcardFailure("no card", "ProfileDFHandler::UpdateSequence"));
-    card->updateTokenInfo(card.os(), info);
-    EXPECT_EQ(card.again()->getTokenInfo().info.label, text("mine"));
+    ScriptedCardOS lost(*card.os(), [](std::size_t, const std::string&) {
+        throw SmartcardException("lost", "test", 0x6982);
+    });
+    expectRefusal(card, &lost, info, {smartcardId, "lost", "test", 0x6982});
 }
 
 TEST(UpdateTokenInfo, FindsNoRoomInAFullFile) {
     WrittenCard card(CardBuilder().tokenInfo(richTokenInfo()));
-    expectRefusal(card, card.os(), withLabel(card->getTokenInfo(), "longer label"),
-                  {smartcardId, "not enough memory", "ProfileDFHandler::UpdateSequence", 0x16A84});
+    expectRefusal(card, card.os(), withLabel(card->getTokenInfo(), "longer label"), updateFailed);
 }
 
 TEST(EncodeTokenInfo, WritesWithoutAdopting) {

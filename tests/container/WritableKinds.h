@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <string_view>
 #include <type_traits>
 #include <vector>
 
-#include "tests/support/CardBuilder.h"
+#include "tests/support/ObjectKinds.h"
 #include "tovi/interfaces/CardProfile.h"
 #include "tovi/interfaces/PKCS11.h"
 #include "tovi/pkcs15/PKCS15.h"
@@ -15,14 +14,9 @@
 /// Every kind of object that is written by record number: how it is written, updated and found.
 namespace tovi::test {
 
-inline constexpr unsigned long allOnes = ~0UL;
-
-template <class InfoType, std::uint8_t Code, Directory Kind, auto Write, auto Update, auto Infos,
-          auto Raws>
-struct WritableKind {
+template <class InfoType>
+struct WritableKind : ObjectKind<InfoType> {
     using Info = PKCS15ObjectInfo<InfoType>;
-    static constexpr std::uint8_t code = Code;
-    static constexpr Directory directory = Kind;
 
     /// An info that can be written, with `label` as its id too.
     static Info make(std::string_view label) {
@@ -51,28 +45,17 @@ struct WritableKind {
             return certificate({.common = common, .id = text(label)});
     }
 
-    static unsigned long write(PKCS15Container& container, ISCardOS* os, Info& info) {
-        if constexpr (std::is_same_v<InfoType, PublicKeyInfo>)
-            return (container.*Write)(os, info, allOnes);
-        else
-            return (container.*Write)(os, info);
-    }
-    static void update(PKCS15Container& container, ISCardOS* os, const Info& info) {
-        (container.*Update)(os, info);
-    }
-    static const auto& infos(const PKCS15Container& container) { return (container.*Infos)(); }
-    static const auto& raws(const PKCS15Container& container) { return (container.*Raws)(); }
-
     /// The labels of the infos, in the order of their list.
     static std::vector<Blob> labels(const PKCS15Container& container) {
         std::vector<Blob> labels;
-        for (const Info& info : infos(container)) labels.push_back(info.label);
+        for (const Info& info : ObjectKind<InfoType>::infos(container))
+            labels.push_back(info.label);
         return labels;
     }
     /// The labels of the raw records, which are those of all records that are decoded.
     static std::vector<Blob> rawLabels(const PKCS15Container& container) {
         std::vector<Blob> labels;
-        for (const auto& raw : raws(container)) {
+        for (const auto& raw : ObjectKind<InfoType>::raws(container)) {
             using Type = std::remove_pointer_t<std::decay_t<decltype(raw.value)>>;
             labels.push_back(labelOf<Type>(*raw.value));
         }
@@ -94,37 +77,13 @@ private:
     }
 };
 
-using C = PKCS15Container;
-using PrivateKeyKind =
-    WritableKind<PrivateKeyInfo, 1, Directory::privateKeys, &C::writePrivateKeyInfo,
-                 &C::updatePrivateKeyInfo, &C::getPrivateKeyInfos, &C::getRawPrivateKeys>;
-using PublicKeyKind =
-    WritableKind<PublicKeyInfo, 2, Directory::publicKeys, &C::writePublicKeyInfo,
-                 &C::updatePublicKeyInfo, &C::getPublicKeyInfos, &C::getRawPublicKeys>;
-using TrustedPublicKeyKind =
-    WritableKind<TrustedPublicKeyInfo, 18, Directory::trustedPublicKeys,
-                 &C::writeTrustedPublicKeyInfo, &C::updateTrustedPublicKeyInfo,
-                 &C::getTrustedPublicKeyInfos, &C::getRawTrustedPublicKeys>;
-using SecretKeyKind =
-    WritableKind<BlockCipherKeyInfo, 7, Directory::secretKeys, &C::writeBlockCipherKeyInfo,
-                 &C::updateBlockCipherKeyInfo, &C::getBlockCipherKeyInfos, &C::getRawSecretKeys>;
-using CertificateKind =
-    WritableKind<CertificateInfo, 3, Directory::certificates, &C::writeCertificateInfo,
-                 &C::updateCertificateInfo, &C::getCertificateInfos, &C::getRawCertificates>;
-using TrustedCertificateKind =
-    WritableKind<TrustedCertificateInfo, 19, Directory::trustedCertificates,
-                 &C::writeTrustedCertificateInfo, &C::updateTrustedCertificateInfo,
-                 &C::getTrustedCertificateInfos, &C::getRawTrustedCertificates>;
-using UsefulCertificateKind =
-    WritableKind<UsefulCertificateInfo, 35, Directory::usefulCertificates,
-                 &C::writeUsefulCertificateInfo, &C::updateUsefulCertificateInfo,
-                 &C::getUsefulCertificateInfos, &C::getRawUsefulCertificates>;
-using DataKind = WritableKind<DataInfo, 4, Directory::dataObjects, &C::writeDataInfo,
-                              &C::updateDataInfo, &C::getDataInfos, &C::getRawDataObjects>;
-
+using PrivateKeyKind = WritableKind<PrivateKeyInfo>;
+using PublicKeyKind = WritableKind<PublicKeyInfo>;
 using WritableKinds =
-    testing::Types<PrivateKeyKind, PublicKeyKind, TrustedPublicKeyKind, SecretKeyKind,
-                   CertificateKind, TrustedCertificateKind, UsefulCertificateKind, DataKind>;
+    testing::Types<PrivateKeyKind, PublicKeyKind, WritableKind<TrustedPublicKeyInfo>,
+                   WritableKind<BlockCipherKeyInfo>, WritableKind<CertificateInfo>,
+                   WritableKind<TrustedCertificateInfo>, WritableKind<UsefulCertificateInfo>,
+                   WritableKind<DataInfo>>;
 
 /// A card, a connection that can be made to fail, and a container that has read the card.
 class WrittenCard {

@@ -9,6 +9,7 @@
 namespace tovi::test {
 namespace {
 
+constexpr const char* handlerWriteOperation = "ProfileDFHandler::WriteSequence";
 constexpr const char* writeOperation = "PKCS15Container::writeInfo";
 constexpr const char* updateOperation = "PKCS15Container::updateInfo";
 const Failure beyondTable =
@@ -145,7 +146,8 @@ TYPED_TEST(WriteEveryKind, NeedsADirectoryFile) {
     using Kind = TypeParam;
     WrittenCard card(CardBuilder{});
     auto info = Kind::make("new");
-    EXPECT_EQ(failureOf([&] { Kind::write(*card, card.os(), info); }).message, "no directory file");
+    EXPECT_EQ(failureOf([&] { Kind::write(*card, card.os(), info); }),
+              smartcardFailure("no directory file", handlerWriteOperation));
     EXPECT_EQ(card->getFATRecords().size(), 1u);
 }
 
@@ -153,7 +155,8 @@ TYPED_TEST(WriteEveryKind, NeedsACard) {
     using Kind = TypeParam;
     WrittenCard card(twoRecords<Kind>());
     auto info = Kind::make("new");
-    EXPECT_EQ(failureOf([&] { Kind::write(*card, nullptr, info); }).message, "no card");
+    EXPECT_EQ(failureOf([&] { Kind::write(*card, nullptr, info); }),
+              smartcardFailure("no card", handlerWriteOperation));
     expectLabels<Kind>(*card, {text("one"), text("two")});
 }
 
@@ -274,7 +277,8 @@ TYPED_TEST(WriteEveryKind, NoticesThatSomebodyElseWroteToTheCard) {
     auto ours = Kind::infos(*card)[0];
     ours.label = text("ours");
     const Failure failure = failureOf([&] { Kind::update(*card, card.os(), ours); });
-    EXPECT_EQ(failure.message, "directory file changed");
+    EXPECT_EQ(failure,
+              smartcardFailure("directory file changed", "ProfileDFHandler::UpdateSequence"));
     EXPECT_EQ(failure.code, 0);
     expectLabels<Kind>(*card.again(), {text("theirs"), text("two")});
 }

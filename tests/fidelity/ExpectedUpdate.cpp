@@ -1,135 +1,79 @@
 #include "tests/fidelity/ExpectedUpdate.h"
 
 #include <algorithm>
-#include <iterator>
 
-#include "tests/fidelity/TlvTree.h"
+#include "tests/fidelity/Members.h"
 
 namespace tovi::test {
 
 namespace {
 
-// ---- elements of a tree ----
-
-using Members = std::vector<Tlv>;
-
-Members::iterator find(Tlv& parent, std::uint8_t tag) {
-    return std::find_if(parent.members.begin(), parent.members.end(),
-                        [tag](const Tlv& member) { return member.is(tag); });
-}
-bool has(Tlv& parent, std::uint8_t tag) { return find(parent, tag) != parent.members.end(); }
-
-/// The contents of a member; `otherwise` when there is none.
-Blob contentsOf(Tlv& parent, std::uint8_t tag, const Blob& otherwise = {}) {
-    return has(parent, tag) ? find(parent, tag)->contents : otherwise;
-}
-
-void remove(Tlv& parent, std::uint8_t tag) {
-    if (has(parent, tag)) parent.members.erase(find(parent, tag));
-}
-
-/// Puts a member in the place of the one with its tag, or in front of position `otherwise`.
-void put(Tlv& parent, const Blob& encoded, std::size_t otherwise) {
-    const Tlv member = parseTlv(encoded);
-    if (const auto old = find(parent, member.tag.front()); old != parent.members.end())
-        *old = member;
-    else
-        parent.members.insert(
-            std::next(parent.members.begin(), static_cast<std::ptrdiff_t>(otherwise)), member);
-}
-
-/// The bits that are set in the contents of a BIT STRING.
-std::vector<unsigned> bitsOf(const Blob& contents) {
-    std::vector<unsigned> bits;
-    for (unsigned i = 0; i + 8 < 8 * contents.size(); ++i)
-        if ((contents[1 + i / 8] & 0x80 >> i % 8) != 0) bits.push_back(i);
-    return bits;
+Blob contentsOf(const Tlv* element, const Blob& otherwise = {}) {
+    return element ? element->contents : otherwise;
 }
 
 // ---- CommonObjectAttributes ----
 
-Blob labelAfter(Tlv& common, Attribute attribute, const char* kindName) {
-    if (attribute == Attribute::label) return newLabel;
+void settleCommon(Tlv& common, const std::string& kindName) {
     // An object without a label is known by the name of its kind, and keeps it.
-    return contentsOf(common, 0x0C, text(has(common, 0x0C) ? "" : kindName));
-}
-
-/// An object without flags is modifiable, and says so from now on.
-std::vector<unsigned> flagsAfter(Tlv& common, Attribute attribute) {
-    std::vector<unsigned> bits = {1};
-    if (has(common, 0x03)) bits = bitsOf(contentsOf(common, 0x03));
-    if (attribute != Attribute::flags) return bits;
-    std::vector<unsigned> opposite;
-    for (unsigned bit : {0u, 1u})
-        if (std::find(bits.begin(), bits.end(), bit) == bits.end()) opposite.push_back(bit);
-    return opposite;
-}
-
-void expectCommon(Tlv& common, Attribute attribute, const char* kindName) {
-    const Blob label = labelAfter(common, attribute, kindName);
-    const std::vector<unsigned> flags = flagsAfter(common, attribute);
-    const Blob authId = attribute == Attribute::authId ? newAuthId : contentsOf(common, 0x04);
-
-    if (label.empty())
-        remove(common, 0x0C);
-    else
-        put(common, element(0x0C, label), 0);
-    const std::size_t behindLabel = has(common, 0x0C) ? 1 : 0;
-    if (flags.empty())
-        remove(common, 0x03);
-    else
-        put(common, namedBits(flags), behindLabel);
-    if (authId.empty())
-        remove(common, 0x04);
-    else
-        put(common, octetString(authId), behindLabel + (has(common, 0x03) ? 1 : 0));
+    const Tlv* label = member(common, tags::commonObject, 0);
+    if (label == nullptr)
+        put(common, tags::commonObject, 0, utf8String(kindName));
+    else if (label->contents.empty())
+        put(common, tags::commonObject, 0, {});
+    // An object without flags is modifiable, and says so from now on.
+    const Tlv* flags = member(common, tags::commonObject, 1);
+    putFlags(common, flags ? bitsOf(flags->contents) : std::vector<unsigned>{1});
+    if (contentsOf(member(common, tags::commonObject, 2)).empty())
+        put(common, tags::commonObject, 2, {});
 }
 
 // ---- class and type attributes ----
 
-constexpr std::uint8_t path30 = 0x30, octets04 = 0x04;
-
 /// A value becomes a path: an empty one unless it was a path before. Index and length stand
 /// together or not at all.
-Tlv valueAfter(Tlv value) {
-    if (!value.is(path30) || value.members.empty() || !value.members[0].is(octets04))
-        return parseTlv(path(""));
+Tlv settledValue(Tlv value) {
+    const Tlv* const steps = value.is(0x30) ? member(value, tags::path, 0) : nullptr;
+    if (steps == nullptr) return parseTlv(path(""));
     const Blob none = {0x00};
-    const Blob index = contentsOf(value, 0x02, none), length = contentsOf(value, 0x80, none);
-    value.members.resize(1);
-    if (index == none && length == none) return value;
-    value.members.push_back(parseTlv(element(0x02, index)));
-    value.members.push_back(parseTlv(element(0x80, length)));
+    const Blob index = contentsOf(member(value, tags::path, 1), none);
+    const Blob length = contentsOf(member(value, tags::path, 2), none);
+    const bool isWhole = index == none && length == none;
+    put(value, tags::path, 1, isWhole ? Blob() : element(0x02, index));
+    put(value, tags::path, 2, isWhole ? Blob() : element(0x80, length));
     return value;
 }
 
 /// The explicit [1], the last member of every object.
-Tlv& typeOf(Tlv& object) { return object.members.back(); }
+Tlv& typeOf(Tlv& object) { return object.members.back().members.at(0); }
 
 /// Type attributes that begin with a value.
-void expectValue(Tlv& object) {
-    Tlv& value = typeOf(object).members.at(0).members.at(0);
-    value = valueAfter(value);
+void settleValue(Tlv& object) {
+    Tlv& value = typeOf(object).members.at(0);
+    value = settledValue(value);
 }
 
 /// A key that does not say whether it is native was read as one that is not, and says so; DER does
 /// not write that it is.
-void expectNative(Tlv& attributes) {
-    const Blob native = contentsOf(attributes, 0x01);
-    if (native.empty())
-        put(attributes, boolean(false), 2);
-    else if (native != Blob{0x00})
-        remove(attributes, 0x01);
+void settleNative(Tlv& attributes) {
+    const Tlv* native = member(attributes, tags::commonKey, 2);
+    if (native == nullptr)
+        put(attributes, tags::commonKey, 2, boolean(false));
+    else if (native->contents != Blob{0x00})
+        put(attributes, tags::commonKey, 2, {});
 }
 
 /// The length of a key is always written; without a stored one it is that of its kind.
-void expectKeyLen(Tlv& object) {
-    if (has(object, 0xA0)) return;
+void settleKeyLen(Tlv& object) {
+    const Tags objectTags = {0x30, 0x30, 0xA0, 0xA1};
+    if (member(object, objectTags, 2) != nullptr) return;
     const std::int64_t bits = object.is(0xA2) ? 64 : 128;
-    put(object, context(0, sequence(integer(bits))), 2);
+    put(object, objectTags, 2, context(0, sequence(integer(bits))));
 }
 
-const char* kindName(Directory kind, const Tlv& object) {
+}  // namespace
+
+std::string kindName(Directory kind, const Tlv& object) {
     static constexpr const char* privateKeys[] = {"privateECKey", "privateDHKey", "privateDSAKey"};
     static constexpr const char* publicKeys[] = {"publicECKey", "publicDHKey", "publicDSAKey"};
     static constexpr const char* secretKeys[] = {"", "", "desKey", "des2Key", "des3Key"};
@@ -153,47 +97,42 @@ const char* kindName(Directory kind, const Tlv& object) {
     }
 }
 
-}  // namespace
-
-void change(Attribute attribute, PKCS15Object& object, Blob& label) {
-    if (attribute == Attribute::label) label = newLabel;
-    if (attribute == Attribute::authId) object.authId = newAuthId;
-    if (attribute != Attribute::flags) return;
-    object.isPrivate = !object.isPrivate;
-    object.isModifiable = !object.isModifiable;
+void putFlags(Tlv& common, const std::vector<unsigned>& bits) {
+    const bool isSaid =
+        std::any_of(bits.begin(), bits.end(), [](unsigned bit) { return bit <= 1; });
+    put(common, tags::commonObject, 1, isSaid ? namedBits(bits) : Blob());
 }
 
-Blob expectedUpdate(Directory kind, const Blob& record, Attribute attribute) {
+Tlv settledRecord(Directory kind, const Blob& record) {
     Tlv object = parseTlv(record);
-    expectCommon(object.members.at(0), attribute, kindName(kind, object));
+    settleCommon(object.members.at(0), kindName(kind, object));
     switch (kind) {
         case Directory::privateKeys:
         case Directory::publicKeys:
         case Directory::trustedPublicKeys:
-            expectNative(object.members.at(1));
-            expectValue(object);
+            settleNative(object.members.at(1));
+            settleValue(object);
             break;
         case Directory::secretKeys:
-            expectKeyLen(object);
-            expectValue(object);
+            settleKeyLen(object);
+            settleValue(object);
             break;
         case Directory::dataObjects:
-            typeOf(object).members.at(0) = valueAfter(typeOf(object).members.at(0));
+            typeOf(object) = settledValue(typeOf(object));
             break;
         case Directory::authObjects:
             break;
         default:
-            expectValue(object);
+            settleValue(object);
     }
-    return object.encoded();
+    return object;
 }
 
-Blob expectedTokenInfo(const Blob& record) {
+Tlv settledTokenInfo(const Blob& record) {
     Tlv token = parseTlv(record);
-    const auto flags = find(token, 0x03);
-    put(token, contextPrimitive(0, newLabel),
-        static_cast<std::size_t>(flags - token.members.begin()));
-    return token.encoded();
+    if (member(token, tags::tokenInfo, 3) == nullptr)
+        put(token, tags::tokenInfo, 3, contextPrimitive(0, text("PKCS#15 Token")));
+    return token;
 }
 
 }  // namespace tovi::test

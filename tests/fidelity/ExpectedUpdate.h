@@ -1,29 +1,22 @@
 #pragma once
 
-#include <ostream>
-
+#include "tests/fidelity/TlvTree.h"
 #include "tests/support/CardBuilder.h"
 
-/// What a record has to be after one attribute of its object was changed. Everything that the
-/// library's rules for writing do not touch is as it was, octet for octet.
+/// What a record has to be after an update. Everything that the library's rules for writing do not
+/// touch is as it was, octet for octet.
 namespace tovi::test {
 
-/// The attribute that is changed.
-enum class Attribute { label, authId, flags };
-inline void PrintTo(Attribute attribute, std::ostream* out) {
-    static constexpr const char* names[] = {"label", "authId", "flags"};
-    *out << names[static_cast<int>(attribute)];
-}
+/// The record after an update that changes nothing of the info, worked out from its octets alone:
+/// what its first update settles for good.
+Tlv settledRecord(Directory kind, const Blob& record);
+/// The same for a TokenInfo.
+Tlv settledTokenInfo(const Blob& record);
 
-inline const Blob newLabel = text("a label that was not there before");
-inline const Blob newAuthId = hex("A5 5A");
+/// The label of an object without one: the name of its alternative.
+std::string kindName(Directory kind, const Tlv& object);
 
-/// Changes the attribute of an info; flags are turned into their opposites.
-void change(Attribute attribute, PKCS15Object& object, Blob& label);
-
-/// The record afterwards, worked out from its octets alone.
-Blob expectedUpdate(Directory kind, const Blob& record, Attribute attribute);
-/// The same for a TokenInfo whose label is changed to newLabel; it has no algorithms.
-Blob expectedTokenInfo(const Blob& record);
+/// Makes bits of CommonObjectFlags those of an object; without the two first there are no flags.
+void putFlags(Tlv& common, const std::vector<unsigned>& bits);
 
 }  // namespace tovi::test

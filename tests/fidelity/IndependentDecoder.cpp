@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/Der.h"
+
 namespace tovi::test {
 
 namespace {
@@ -103,6 +105,17 @@ DecodedValues decodedIndependently(const std::string& type, const Blob& record) 
     return valuesOf(outputOf(quoted(TOVI_ASN1_DECODING) + " --strict " +
                              quoted(TOVI_TEST_DATA "/records-for-libtasn1.asn1") + ' ' +
                              quoted(file.path()) + " Records." + type));
+}
+
+std::vector<DecodedValues> decodedIndependently(const std::string& type,
+                                                const std::vector<Blob>& records) {
+    std::vector<DecodedValues> values(records.size());
+    for (const auto& [name, value] :
+         decodedIndependently("ListOf" + type, element(0x30, join(records)))) {
+        const std::size_t point = name.find('.');  // "?12.common.label"
+        values.at(std::stoul(name.substr(1)) - 1)[name.substr(point + 1)] = value;
+    }
+    return values;
 }
 
 }  // namespace tovi::test

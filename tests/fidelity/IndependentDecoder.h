@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "tovi/interfaces/Blob.h"
 
@@ -16,5 +17,8 @@ using DecodedValues = std::map<std::string, std::string>;
 /// `type` is one of tests/data/records-for-libtasn1.asn1. Throws std::runtime_error with what the
 /// program says when it does not decode.
 DecodedValues decodedIndependently(const std::string& type, const Blob& record);
+/// The same for many records of one type with one start of the program.
+std::vector<DecodedValues> decodedIndependently(const std::string& type,
+                                                const std::vector<Blob>& records);
 
 }  // namespace tovi::test

@@ -1,7 +1,5 @@
 #include "tests/support/ContainerView.h"
 
-#include <type_traits>
-
 #include "tests/support/Objects.h"
 #include "tovi/interfaces/Exception.h"
 #include "tovi/pkcs15/PKCS15.h"
@@ -39,45 +37,6 @@ bool refuses(Lookup lookup) {
     return false;
 }
 
-// One name for the lookups.
-
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<PrivateKeyInfo>*,
-                         unsigned long n) {
-    return c.getPrivateKeyInfo(n);
-}
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<PublicKeyInfo>*,
-                         unsigned long n) {
-    return c.getPublicKeyInfo(n);
-}
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<TrustedPublicKeyInfo>*,
-                         unsigned long n) {
-    return c.getTrustedPublicKeyInfo(n);
-}
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<BlockCipherKeyInfo>*,
-                         unsigned long n) {
-    return c.getBlockCipherKeyInfo(n);
-}
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<CertificateInfo>*,
-                         unsigned long n) {
-    return c.getCertificateInfo(n);
-}
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<TrustedCertificateInfo>*,
-                         unsigned long n) {
-    return c.getTrustedCertificateInfo(n);
-}
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<UsefulCertificateInfo>*,
-                         unsigned long n) {
-    return c.getUsefulCertificateInfo(n);
-}
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<DataInfo>*,
-                         unsigned long n) {
-    return c.getDataInfo(n);
-}
-const PKCS15Object& find(const PKCS15Container& c, const PKCS15ObjectInfo<ContainerInfo>*,
-                         unsigned long n) {
-    return c.getContainerInfo(n);
-}
-
 /// Looks at the objects of a container and counts the rows that name one.
 class Examination {
 public:
@@ -108,14 +67,15 @@ private:
         if (info.reference > 0xFF) return;
         const auto reference = static_cast<unsigned char>(info.reference);
         if (refuses([&] {
-                if (container_.getAuthInfo(reference).reference != info.reference)
+                if (ObjectKind<AuthInfo>::get(container_, reference).reference != info.reference)
                     note(where + ": another reference was looked up");
             }))
             note(where + ": a lookup does not answer");
     }
 
-    template <class Info>
-    void examine(const Info& info, std::uint8_t type, const std::string& where) {
+    template <class InfoType>
+    void examine(const PKCS15ObjectInfo<InfoType>& info, std::uint8_t type,
+                 const std::string& where) {
         const auto& rows = container_.getFATRecords();
         if (info.recordNumber >= rows.size()) return note(where + ": an object without row");
         ++named_;
@@ -127,7 +87,7 @@ private:
                            row.indexA == low && row.indexB == low;
         if (!isOwn) note(where + ": a row of another object");
         if (refuses([&] {
-                if (&find(container_, &info, number) != &info)
+                if (&ObjectKind<InfoType>::get(container_, number) != &info)
                     note(where + ": another object was looked up");
             }) == isRecognised)
             note(where + ": a lookup does not answer");

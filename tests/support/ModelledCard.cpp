@@ -15,8 +15,9 @@ using Result = CardModel::Result;
 Failure failureFor(Result result, std::optional<Directory> kind) {
     if (result == Result::noFile) return {smartcardId, "no directory file", "", 0};
     if (result == Result::done) return {};
+    if (!kind) return {smartcardId, "update file failed", "", 0};
     // For authentication objects the status word comes without its mark.
-    const bool isMarked = kind != Directory::authObjects;
+    const bool isMarked = *kind != Directory::authObjects;
     return {smartcardId, "not enough memory", "", isMarked ? 0x16A84 : 0x6A84};
 }
 

@@ -11,7 +11,6 @@ namespace {
 
 template <class T>
 using Info = PKCS15ObjectInfo<T>;
-using C = PKCS15Container;
 
 constexpr std::uint32_t initializedPin = 1u << 4;  // a bit of PinFlags
 constexpr std::uint32_t asciiNumeric = 1;          // a PinType
@@ -53,65 +52,6 @@ void setKind(Info<T>& info) {
     }
 }
 
-// One name for what the container calls differently for each kind.
-
-unsigned long write(C& container, ISCardOS* os, Info<PrivateKeyInfo>& info) {
-    return container.writePrivateKeyInfo(os, info);
-}
-unsigned long write(C& container, ISCardOS* os, Info<PublicKeyInfo>& info) {
-    constexpr unsigned long noPrivateKey = ~0UL;
-    return container.writePublicKeyInfo(os, info, noPrivateKey);
-}
-unsigned long write(C& container, ISCardOS* os, Info<TrustedPublicKeyInfo>& info) {
-    return container.writeTrustedPublicKeyInfo(os, info);
-}
-unsigned long write(C& container, ISCardOS* os, Info<BlockCipherKeyInfo>& info) {
-    return container.writeBlockCipherKeyInfo(os, info);
-}
-unsigned long write(C& container, ISCardOS* os, Info<CertificateInfo>& info) {
-    return container.writeCertificateInfo(os, info);
-}
-unsigned long write(C& container, ISCardOS* os, Info<TrustedCertificateInfo>& info) {
-    return container.writeTrustedCertificateInfo(os, info);
-}
-unsigned long write(C& container, ISCardOS* os, Info<UsefulCertificateInfo>& info) {
-    return container.writeUsefulCertificateInfo(os, info);
-}
-unsigned long write(C& container, ISCardOS* os, Info<DataInfo>& info) {
-    return container.writeDataInfo(os, info);
-}
-unsigned long write(C& container, ISCardOS* os, Info<AuthInfo>& info) {
-    return container.writeAuthInfo(os, info);
-}
-
-void update(C& container, ISCardOS* os, const Info<PrivateKeyInfo>& info) {
-    container.updatePrivateKeyInfo(os, info);
-}
-void update(C& container, ISCardOS* os, const Info<PublicKeyInfo>& info) {
-    container.updatePublicKeyInfo(os, info);
-}
-void update(C& container, ISCardOS* os, const Info<TrustedPublicKeyInfo>& info) {
-    container.updateTrustedPublicKeyInfo(os, info);
-}
-void update(C& container, ISCardOS* os, const Info<BlockCipherKeyInfo>& info) {
-    container.updateBlockCipherKeyInfo(os, info);
-}
-void update(C& container, ISCardOS* os, const Info<CertificateInfo>& info) {
-    container.updateCertificateInfo(os, info);
-}
-void update(C& container, ISCardOS* os, const Info<TrustedCertificateInfo>& info) {
-    container.updateTrustedCertificateInfo(os, info);
-}
-void update(C& container, ISCardOS* os, const Info<UsefulCertificateInfo>& info) {
-    container.updateUsefulCertificateInfo(os, info);
-}
-void update(C& container, ISCardOS* os, const Info<DataInfo>& info) {
-    container.updateDataInfo(os, info);
-}
-void update(C& container, ISCardOS* os, const Info<AuthInfo>& info) {
-    container.updateAuthInfo(os, info);
-}
-
 }  // namespace
 
 Blob recordOf(Directory kind, const Content& content) {
@@ -147,40 +87,36 @@ Blob recordOf(Directory kind, const Content& content) {
 }
 
 std::uint8_t objectTypeOf(Directory kind) {
-    constexpr std::uint8_t types[directoryCount] = {
-        privateKeyObject,        publicKeyObject,   trustedPublicKeyObject,
-        secretKeyObject,         certificateObject, trustedCertificateObject,
-        usefulCertificateObject, dataObject,        freeRow};
-    return types[static_cast<unsigned>(kind)];
+    return withKind(kind, [](auto object) { return object.code; });
 }
 
 unsigned long writeObject(PKCS15Container& container, ISCardOS* os, Directory kind,
                           const Content& content) {
-    return lookAt(container, kind, [&](const auto& infos, const auto&) {
-        typename std::decay_t<decltype(infos)>::value_type info;
+    return withKind(kind, [&](auto object) {
+        typename decltype(object)::Info info;
         setKind(info);
         setContent(info, content);
-        return write(container, os, info);
+        return object.write(container, os, info);
     });
 }
 
 void updateObject(PKCS15Container& container, ISCardOS* os, Directory kind, std::size_t position,
                   const Content& content) {
-    lookAt(container, kind, [&](const auto& infos, const auto&) {
-        auto info = infos.at(position);
+    withKind(kind, [&](auto object) {
+        auto info = object.infos(container).at(position);
         const std::uint16_t reference = info.reference;
         setContent(info, content);
         info.reference = reference;
-        update(container, os, info);
+        object.update(container, os, info);
     });
 }
 
 void relabelObject(PKCS15Container& container, ISCardOS* os, Directory kind, std::size_t position,
                    const std::string& label) {
-    lookAt(container, kind, [&](const auto& infos, const auto&) {
-        auto info = infos.at(position);
+    withKind(kind, [&](auto object) {
+        auto info = object.infos(container).at(position);
         info.label = text(label);
-        update(container, os, info);
+        object.update(container, os, info);
     });
 }
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "tests/support/CardBuilder.h"
+#include "tests/support/ObjectKinds.h"
 
 /// The objects of a container by kind of directory file, so that a test can treat all kinds alike.
 namespace tovi::test {
@@ -47,28 +47,9 @@ void updateTokenLabel(PKCS15Container& container, ISCardOS* os, const std::strin
 /// Calls `look(infos, raws)` with the two lists of the kind.
 template <class Look>
 decltype(auto) lookAt(const PKCS15Container& container, Directory kind, Look look) {
-    switch (kind) {
-        case Directory::privateKeys:
-            return look(container.getPrivateKeyInfos(), container.getRawPrivateKeys());
-        case Directory::publicKeys:
-            return look(container.getPublicKeyInfos(), container.getRawPublicKeys());
-        case Directory::trustedPublicKeys:
-            return look(container.getTrustedPublicKeyInfos(), container.getRawTrustedPublicKeys());
-        case Directory::secretKeys:
-            return look(container.getBlockCipherKeyInfos(), container.getRawSecretKeys());
-        case Directory::certificates:
-            return look(container.getCertificateInfos(), container.getRawCertificates());
-        case Directory::trustedCertificates:
-            return look(container.getTrustedCertificateInfos(),
-                        container.getRawTrustedCertificates());
-        case Directory::usefulCertificates:
-            return look(container.getUsefulCertificateInfos(),
-                        container.getRawUsefulCertificates());
-        case Directory::dataObjects:
-            return look(container.getDataInfos(), container.getRawDataObjects());
-        default:
-            return look(container.getAuthInfos(), container.getRawAuthObjects());
-    }
+    return withKind(kind, [&](auto object) -> decltype(auto) {
+        return look(object.infos(container), object.raws(container));
+    });
 }
 
 }  // namespace tovi::test

@@ -206,34 +206,41 @@ private:
         card_.readAgain(choices_.fault());
     }
 
-    /// Operations that name nothing, or are not valid.
+    /// An operation that names nothing, or is not valid.
     void reject() {
         ++counts_.rejected;
         const auto& rows = card_.model().rows();
         const unsigned long number = choices_.octet();
-        const auto beyond = static_cast<unsigned long>(rows.size()) + number;
         const auto removal = [](unsigned long row) {
             return [row](auto& container, auto* os) { container.deleteObjectInfo(os, row); };
         };
-        card_.reject("object is the TokenInfo", removal(0));
-        card_.reject("invalid record number", removal(beyond));
         if (number < rows.size() && rows[number].objectType == freeRow)
-            card_.reject("object is already empty", removal(number));
-        card_.reject("invalid object type", [](auto& container, auto* os) {
-            PKCS15ObjectInfo<DataInfo> info;
-            info.recordNumber = 0;
-            container.updateDataInfo(os, info);
-        });
-        card_.reject("encode info failed", [](auto& container, auto* os) {
-            PKCS15ObjectInfo<DataInfo> info;
-            info.Import({0x00});
-            container.writeDataInfo(os, info);
-        });
-        card_.reject("invalid object reference", [](auto& container, auto* os) {
-            PKCS15ObjectInfo<AuthInfo> info;
-            info.reference = 300;
-            container.updateAuthInfo(os, info);
-        });
+            return card_.reject("object is already empty", removal(number));
+        switch (number % 5) {
+            case 0:
+                return card_.reject("object is the TokenInfo", removal(0));
+            case 1:
+                return card_.reject("invalid record number",
+                                    removal(static_cast<unsigned long>(rows.size()) + number));
+            case 2:
+                return card_.reject("invalid object type", [](auto& container, auto* os) {
+                    PKCS15ObjectInfo<DataInfo> info;
+                    info.recordNumber = 0;
+                    container.updateDataInfo(os, info);
+                });
+            case 3:
+                return card_.reject("encode info failed", [](auto& container, auto* os) {
+                    PKCS15ObjectInfo<DataInfo> info;
+                    info.Import({0x00});
+                    container.writeDataInfo(os, info);
+                });
+            default:
+                return card_.reject("invalid object reference", [](auto& container, auto* os) {
+                    PKCS15ObjectInfo<AuthInfo> info;
+                    info.reference = 300;
+                    container.updateAuthInfo(os, info);
+                });
+        }
     }
 
     Choices& choices_;

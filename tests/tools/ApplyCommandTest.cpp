@@ -221,10 +221,58 @@ TEST(Apply, LinksAPublicKeyToThePrivateKeyThatItNames) {
     EXPECT_EQ(card.apply({writePrivateKey("01"), key}).exit, 0);
     key["privateKey"] = nullptr;
     EXPECT_EQ(card.apply(Json::array({key})).exit, 0);
-    key["privateKey"] = 2;
-    const Json result = card.apply(Json::array({key})).json();
-    EXPECT_EQ(result[0]["error"]["message"], "invalid object type");
-    EXPECT_EQ(result[0]["error"]["operation"], "PKCS15Container::refInfo");
+    const Json list = card.list();
+    EXPECT_EQ(list["publicKeys"].size(), 2u);
+}
+
+TEST(Apply, RefusesLinksToObjectsThatThereWillNotBe) {
+    const NewCard card;
+    ASSERT_EQ(card.apply({writePrivateKey("01"), writePublicKey("01")}).exit, 0);
+    const auto refusal = [&](const Json& list) {
+        const Result result = card.apply(list);
+        EXPECT_EQ(result.exit, 2) << result.out;
+        return result.err;
+    };
+    Json key = writePublicKey("02");
+    for (const unsigned record : {0u, 2u, 40u}) {
+        key["privateKey"] = record;
+        EXPECT_THAT(refusal(Json::array({key})),
+                    HasSubstr("operations[0].privateKey: no private key has that record number"));
+    }
+    key["privateKey"] = 1;
+    EXPECT_THAT(refusal({{{"op", "delete"}, {"recordNumber", 1}}, key}),
+                HasSubstr("operations[1].privateKey: no private key"));
+    for (const char* field : {"exchangeKeyRecord", "signatureKeyRecord"}) {
+        const Json container = {{"op", "write"}, {"kind", "container"}, {"info", {{field, 2}}}};
+        EXPECT_THAT(refusal(Json::array({container})),
+                    HasSubstr(std::string("operations[0].info.") + field + ": no private key"));
+    }
+    for (const char* field : {"exchangeCertificateRecord", "signatureCertificateRecord"}) {
+        const Json container = {{"op", "write"}, {"kind", "container"}, {"info", {{field, 9}}}};
+        EXPECT_THAT(refusal(Json::array({container})),
+                    HasSubstr(std::string("operations[0].info.") + field + ": no certificate"));
+    }
+    EXPECT_EQ(card.list()["publicKeys"].size(), 1u) << "nothing was done";
+}
+
+TEST(Apply, TellsTheRecordNumberOfAnObjectThatCouldNotBeLinked) {
+    const NewCard card;
+    Json key = writePublicKey("02");
+    key["privateKey"] = 40;
+    const Json container = {
+        {"op", "write"}, {"kind", "container"}, {"info", {{"exchangeCertificateRecord", 40}}}};
+    // Nobody knows the record numbers ahead once the card is read again.
+    const Result result = card.apply({{{"op", "clearAndRead"}}, key, container}, {"--keep-going"});
+    EXPECT_EQ(result.exit, 1);
+    EXPECT_EQ(result.json()[1].dump(),
+              R"({"op":"write","recordNumber":1,"error":{"message":"invalid record number",)"
+              R"("operation":"PKCS15Container::checkObjectType","code":0}})");
+    EXPECT_EQ(result.json()[2]["recordNumber"], 2);
+    EXPECT_EQ(result.json()[2]["error"]["message"], "invalid record number");
+    EXPECT_THAT(labelsOf(card.list()["publicKeys"]), ElementsAre("Key 02"));
+    const Json list = {{{"op", "clearAndRead"}}, key};
+    EXPECT_THAT(run({"--card", card.path(), "apply", "-"}, {.in = list.dump()}).out,
+                HasSubstr("publicKey  record 2, but failed: invalid record number"));
 }
 
 TEST(Apply, LeavesWhatTokenInfoDoesNotName) {
@@ -263,10 +311,13 @@ TEST(Apply, CannotTakeTheAlgorithmsOfACardAway) {
     const Json one = {{"op", "updateTokenInfo"},
                       {"set", {{"supportedAlgorithms", {{{"algorithm", 1}, {"algId", "0102"}}}}}}};
     EXPECT_EQ(card.apply({none, one}).exit, 0);
-    const Result result = card.apply(Json::array({none}));
-    EXPECT_EQ(result.exit, 1);
-    EXPECT_THAT(result.json()[0]["error"]["message"].get<std::string>(),
-                HasSubstr("operations[0].set.supportedAlgorithms"));
+    const Result result = card.apply({writeData("A"), none});
+    EXPECT_EQ(result.exit, 2);
+    EXPECT_THAT(result.err, HasSubstr("operations[1].set.supportedAlgorithms: the card's list"));
+    EXPECT_EQ(card.list()["dataObjects"], Json::array());
+    const NewCard other;
+    EXPECT_EQ(other.apply({one, none}).exit, 2) << "the list gives it one";
+    EXPECT_EQ(other.apply({{{"op", "clearAndRead"}}, none}).exit, 0);
 }
 
 // ---- failures ----
@@ -417,6 +468,8 @@ TEST(Apply, ChecksFieldsInTimeWhereTheObjectIsNotKnownAhead) {
     const Json error = result.json()[2]["error"];
     EXPECT_EQ(error["message"], "operations[2].set.keyLength: no such field");
     EXPECT_EQ(error["operation"], "tovi apply");
+    EXPECT_EQ(result.err, "tovi: operations[2].set.keyLength: no such field (tovi apply, code 0)\n")
+        << "the place is told once";
 }
 
 // ---- for people ----
@@ -448,9 +501,30 @@ TEST(Apply, ShowsProgressOfLongListsOnATerminal) {
     list.push_back({{"op", "clearAndRead"}});
     EXPECT_THAT(errors({}), StartsWith("\r[....................................."));
     EXPECT_THAT(errors({}), HasSubstr(" 9/10"));
+    EXPECT_THAT(errors({}), HasSubstr("[########################################] 10/10\r   "))
+        << "complete before it goes";
     EXPECT_THAT(errors({"--quiet"}), IsEmpty());
     EXPECT_THAT(errors({"--trace"}), Not(HasSubstr("9/10")));
     EXPECT_THAT(card.apply(list).err, IsEmpty()) << "no terminal";
+}
+
+TEST(Apply, TakesTheProgressAwayBeforeItTellsOfAnError) {
+    const NewCard card;
+    Json list = Json::array();
+    for (int i = 0; i < 10; ++i) list.push_back({{"op", "clearAndRead"}});
+    list[4] = erase(7);
+    const std::string err = run({"--card", card.path(), "apply", "--keep-going", "-"},
+                                {.in = list.dump(), .showsProgress = true})
+                                .err;
+    const std::string cleared = "\r" + std::string(47, ' ') + "\r";  // "[", 40 columns, "] 4/10"
+    EXPECT_THAT(err, HasSubstr(" 4/10" + cleared +
+                               "tovi: operations[4]: invalid record number "
+                               "(PKCS15Container::deleteObjectInfo, code 0)\n"
+                               "\r[####################....................] 5/10"));
+    EXPECT_THAT(err, HasSubstr(" 10/10\r"));
+    const std::string stopped =
+        run({"--card", card.path(), "apply", "-"}, {.in = list.dump(), .showsProgress = true}).err;
+    EXPECT_THAT(stopped, testing::EndsWith("code 0)\n"));
 }
 
 TEST(Apply, DoesNothingWhenInterruptedBefore) {
@@ -485,9 +559,35 @@ TEST(Apply, FinishesTheOperationInWhichItIsInterrupted) {
     std::ostream err(&user);
     Console console{in, out, err, false, card.path(), &user.interrupted};
     EXPECT_EQ(runCommandLine({"--json", "--trace", "apply", "-"}, console), 130);
-    EXPECT_EQ(out.str(), "") << "no half of a document";
+    EXPECT_EQ(Json::parse(out.str()).dump(), R"([{"op":"write","recordNumber":1}])")
+        << "a whole document of what was done";
     EXPECT_THAT(user.seen, HasSubstr("1 of 2 operations were performed"));
     EXPECT_THAT(labelsOf(card.list()["dataObjects"]), ElementsAre("A"));
+}
+
+TEST(Apply, TellsPeopleWhatItDidBeforeItWasInterrupted) {
+    const NewCard card;
+    HastyUser user;
+    std::istringstream in(Json({writeData("A"), writeData("B")}).dump());
+    std::ostringstream out;
+    std::ostream err(&user);
+    Console console{in, out, err, false, card.path(), &user.interrupted};
+    EXPECT_EQ(runCommandLine({"--trace", "apply", "-"}, console), 130);
+    EXPECT_EQ(out.str(),
+              "operation  object      result\n"
+              "write      dataObject  record 1\n");
+}
+
+TEST(Apply, IsDoneWhenTheInterruptComesInTheLastOperation) {
+    const NewCard card;
+    HastyUser user;
+    std::istringstream in(Json::array({writeData("A")}).dump());
+    std::ostringstream out;
+    std::ostream err(&user);
+    Console console{in, out, err, false, card.path(), &user.interrupted};
+    EXPECT_EQ(runCommandLine({"--json", "--trace", "apply", "-"}, console), 0);
+    EXPECT_TRUE(user.interrupted);
+    EXPECT_EQ(Json::parse(out.str()).size(), 1u);
 }
 
 }  // namespace

@@ -84,8 +84,14 @@ INSTANTIATE_TEST_SUITE_P(
                 ".recordNumber: expected a number from 0 to 65535"},
         Refusal{"halfRecord", {{"op", "delete"}, {"recordNumber", 1.5}}, ".recordNumber"},
         Refusal{"hugeReference",
-                {{"op", "delete"}, {"auth", 256}},
-                ".auth: expected a number from 0 to 255"},
+                {{"op", "delete"}, {"auth", 65535}},
+                ".auth: expected a number from 0 to 65534"},
+        Refusal{
+            "referenceText", {{"op", "delete"}, {"auth", "1"}}, ".auth: expected a reference, or"},
+        Refusal{
+            "emptyIdentifier", {{"op", "delete"}, {"auth", "id="}}, ".auth: expected a reference"},
+        Refusal{
+            "oddIdentifier", {{"op", "delete"}, {"auth", "id=0"}}, ".auth: expected a reference"},
         Refusal{"recordAndReference",
                 {{"op", "delete"}, {"auth", 1}, {"recordNumber", 1}},
                 ": expected no member 'recordNumber'"},
@@ -192,7 +198,17 @@ INSTANTIATE_TEST_SUITE_P(
                 ".set.supportedAlgorithms[0].name: no such field"},
         Refusal{"operation",
                 token({{"supportedAlgorithms", {{{"supportedOperations", {"sign"}}}}}}),
-                ".set.supportedAlgorithms[0].supportedOperations[0]: expected one of the names"}),
+                ".set.supportedAlgorithms[0].supportedOperations[0]: expected one of the names"},
+        Refusal{"noIdentifier",
+                token({{"supportedAlgorithms",
+                        {{{"algId", "0102"}, {"algorithm", 1}}, {{"algorithm", 2}}}}}),
+                ".set.supportedAlgorithms[1]: expected 'algId'"},
+        Refusal{"emptyIdentifier", token({{"supportedAlgorithms", {{{"algId", ""}}}}}),
+                ".set.supportedAlgorithms[0].algId: expected the arcs"},
+        Refusal{"oneArc", token({{"supportedAlgorithms", {{{"algId", "01"}}}}}),
+                ".set.supportedAlgorithms[0].algId: expected the arcs"},
+        Refusal{"impossibleArc", token({{"supportedAlgorithms", {{{"algId", "0128"}}}}}),
+                ".set.supportedAlgorithms[0].algId: expected the arcs"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST(OperationsFromJson, ExpectsAList) {
@@ -210,15 +226,17 @@ TEST(Operation, TellsWhatItIsAbout) {
                        set(Json::object()),
                        setAuth(Json::object()),
                        token(Json::object()),
-                       {{"op", "delete"}, {"auth", 255}}};
+                       {{"op", "delete"}, {"auth", 256}},
+                       {{"op", "delete"}, {"auth", "id=0a"}}};
     std::string heads, objects;
     for (const OperationPointer& operation : operationsFromJson(list)) {
         heads += operation->head().dump();
         objects += operation->object() + ",";
     }
     EXPECT_EQ(heads, R"({"op":"write"}{"op":"update","recordNumber":1}{"op":"update","auth":1})"
-                     R"({"op":"updateTokenInfo"}{"op":"delete","auth":255})");
-    EXPECT_EQ(objects, "dataObject,record 1,auth:1,,auth:255,");
+                     R"({"op":"updateTokenInfo"}{"op":"delete","auth":256})"
+                     R"({"op":"delete","auth":"id=0A"})");
+    EXPECT_EQ(objects, "dataObject,record 1,auth:1,,auth:256,auth:id=0A,");
 }
 
 }  // namespace

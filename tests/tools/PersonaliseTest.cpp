@@ -34,6 +34,29 @@ TEST(Personalise, JoinsTheKeysOfTheHolderToOneContainer) {
     EXPECT_EQ(list["privateKeys"][1]["publicKey"], 4);
 }
 
+TEST(Personalise, MakesObjectsWithTheFlagsThatItNames) {
+    const NewCard card;
+    ASSERT_EQ(card.run({"apply", personalise}).exit, 0);
+    const Json list = card.list();
+    std::size_t compared = 0;
+    for (const Json& operation : Json::parse(readFile(personalise))) {
+        if (operation["op"] != "write") continue;
+        const std::string kind = operation["kind"];
+        const Json& info = operation["info"];
+        for (const Json& object : list[kind + "s"]) {
+            if (object["fid"] != nullptr && kind != "authObject" &&
+                object["path"]["path"] != info["path"]["path"]) {
+                continue;
+            }
+            if (kind == "authObject" && object["authObjectId"] != info["authObjectId"]) continue;
+            EXPECT_EQ(object["isModifiable"], info["isModifiable"]) << info["label"];
+            EXPECT_EQ(object["isPrivate"], info.value("isPrivate", false)) << info["label"];
+            ++compared;
+        }
+    }
+    EXPECT_EQ(compared, 12u);
+}
+
 TEST(Personalise, GoesThroughTheRoundOfTheReadme) {
     const TemporaryFolder folder;
     std::filesystem::create_directory_symlink(TOVI_EXAMPLES, folder.path() / "examples");

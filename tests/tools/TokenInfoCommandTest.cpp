@@ -55,6 +55,40 @@ TEST(TokenInfo, KeepsTheAlgorithmsOfTheCard) {
     EXPECT_EQ(shown["supportedAlgorithms"], algorithms);
 }
 
+TEST(TokenInfo, IsShownWithoutReadingTheCardAgain) {
+    const NewCard card({"--label", "old", "--manufacturer", "M"});
+    const auto selections = [&](const std::vector<std::string>& options) {
+        std::vector<std::string> arguments = {"--trace", "token-info"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const std::string trace = card.run(arguments).err;
+        std::size_t count = 0;
+        for (auto at = trace.find("> 00A404"); at != std::string::npos;
+             at = trace.find("> 00A404", at + 1)) {
+            ++count;
+        }
+        return count;
+    };
+    ASSERT_GT(selections({}), 0u);
+    EXPECT_EQ(selections({"--label", "new"}), selections({}));
+}
+
+TEST(TokenInfo, IsShownAsTheNextReadGivesIt) {
+    const NewCard card({"--manufacturer", "M"});
+    const Json algorithms = {
+        {{"algorithm", 5}, {"algId", "010203"}, {"supportedOperations", {"hash"}}}};
+    const Json operation = {{"op", "updateTokenInfo"},
+                            {"set", {{"supportedAlgorithms", algorithms}}}};
+    ASSERT_EQ(card.apply(Json::array({operation})).exit, 0);
+    const std::vector<std::vector<std::string>> changes = {
+        {"--read-only", "on"}, {"--label", "new"}, {"--prn-generation", "on"},
+        {"--label", ""},       {"--serial", "0A"}, {"--manufacturer", ""}};
+    for (std::vector<std::string> change : changes) {
+        change.insert(change.begin(), "token-info");
+        const std::string shown = card.run(change).json().dump();
+        EXPECT_EQ(shown, card.list()["tokenInfo"].dump()) << change[1];
+    }
+}
+
 TEST(TokenInfo, FailsWhenTheCardRefuses) {
     const TemporaryFolder folder;
     writeFile(folder / "card.json", R"({"files": [
@@ -65,7 +99,9 @@ TEST(TokenInfo, FailsWhenTheCardRefuses) {
     ASSERT_EQ(run({"init", folder / "card", "--from", folder / "card.json"}).exit, 0);
     const Result result = run({"--json", "--card", folder / "card", "token-info", "--label", "x"});
     EXPECT_EQ(result.exit, 1);
-    EXPECT_EQ(result.json()["error"]["code"], 0x16982);
+    EXPECT_EQ(result.json()["error"].dump(),
+              R"({"message":"update file failed",)"
+              R"("operation":"PKCS15Container::encodeTokenInfo","code":0})");
 }
 
 }  // namespace

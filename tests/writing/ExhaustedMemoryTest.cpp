@@ -23,8 +23,8 @@ INSTANTIATE_TEST_SUITE_P(Writing, WithoutMemory, testing::ValuesIn(fileShapes));
 TEST_P(WithoutMemory, AnOperationEndsAndCanBeDoneAgain) {
     CutPoints points;
     for (const Filling filling : {Filling::empty, Filling::fullAfter})
-        points += exhaust(
-            shortScenarios({Directory::dataObjects, GetParam(), filling, connections()[0]}));
+        points +=
+            exhaust(shortScenarios({Directory::dataObjects, GetParam(), filling, shortCommands()}));
     report("allocations, " + nameOf(GetParam()), points, isLinear(GetParam()) ? 400 : 1300);
 }
 
@@ -39,11 +39,11 @@ TEST_P(WithoutMemoryForEveryKind, AnOperationEndsAndCanBeDoneAgain) {
 
 TEST(TokenInfoWithoutMemory, IsUpdatedOrNotAndCanBeUpdatedAgain) {
     report("allocations, TokenInfo",
-           exhaust(tokenInfoScenarios(FileShape::filledWith00, connections()[0])), 900);
+           exhaust(tokenInfoScenarios(FileShape::filledWith00, shortCommands())), 900);
 }
 
 TEST(LongRecordsWithoutMemory, AreWrittenInTheEnd) {
-    std::vector<Scenario> scenarios = longRecordScenarios(FileShape::filledWith00);
+    std::vector<Scenario> scenarios = longRecordScenarios(FileShape::filledWith00, shortCommands());
     scenarios.resize(6);
     report("allocations, long records", exhaust(scenarios), 1600);
 }

@@ -12,7 +12,7 @@
 namespace tovi::test {
 namespace {
 
-constexpr unsigned sequences = 500 / oneIn;
+constexpr unsigned sequences = 500 / oneSequenceIn;
 constexpr std::size_t leastChoices = 100, mostChoices = 320;
 
 Blob choicesOf(unsigned seed) {
@@ -42,11 +42,11 @@ TEST_P(RandomOperations, LeaveCardAndContainerAsTheModelSays) {
     }
     print(counts);
     // Every kind of operation comes often.
-    EXPECT_GT(counts.all() * oneIn, 8000u);
+    EXPECT_GT(counts.all() * oneSequenceIn, 8000u);
     for (const std::size_t count :
          {counts.writes, counts.updates, counts.deletions, counts.tokenInfos, counts.containers,
           counts.reads, counts.rejected, counts.refused, counts.interrupted, counts.failed})
-        EXPECT_GT(count * oneIn, 400u);
+        EXPECT_GT(count * oneSequenceIn, 400u);
 }
 
 TEST(RandomOperations, NeedNoChoices) {

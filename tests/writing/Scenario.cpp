@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "tests/support/ContainerView.h"
 #include "tests/support/Wire.h"
 #include "tovi/interfaces/CardProfile.h"
 
@@ -17,11 +16,11 @@ std::size_t sizeOf(FileShape shape, const std::vector<Blob>& records) {
 /// How much the file has to hold at the highest tide; octets or records.
 std::size_t highestTide(Scenario scenario) {
     const auto container = readNew(scenario.card, scenario.capabilities);
-    std::size_t most = sizeOf(scenario.shape, scenario.records(*container));
+    std::size_t most = sizeOf(scenario.shape, scenario.records(viewOf(*container)));
     Wire wire(scenario.card, scenario.capabilities);
     for (const Step& step : scenario.steps) {
         step(*container, wire.os());
-        most = std::max(most, sizeOf(scenario.shape, scenario.records(*container)));
+        most = std::max(most, sizeOf(scenario.shape, scenario.records(viewOf(*container))));
     }
     return most;
 }
@@ -99,8 +98,7 @@ Blob Scenario::file() const {
     return absolutePath(directory ? directoryFID(*directory) : PKCS15_EF_TOKEN_INFO);
 }
 
-std::vector<Blob> Scenario::records(const PKCS15Container& container) const {
-    const ContainerView view = viewOf(container);
+std::vector<Blob> Scenario::records(const ContainerView& view) const {
     return directory ? view[*directory].records : std::vector<Blob>{view.tokenInfo};
 }
 
@@ -128,10 +126,16 @@ void Scenario::touch(PKCS15Container& container, ISCardOS* os) const {
     if (secondFile) touchObject(container, os, *directory, count - 1);
 }
 
+Connection shortCommands() { return {"short commands", {}}; }
+
+Connection extendedLength() { return {"extended length", {.extendedLength = true}}; }
+
+Connection chainedCommands() {
+    return {"chained commands", {.commandChaining = true, .maxWrite = 400}};
+}
+
 std::vector<Connection> connections() {
-    return {{"short commands", {}},
-            {"extended length", {.extendedLength = true}},
-            {"chained commands", {.commandChaining = true, .maxWrite = 400}}};
+    return {shortCommands(), extendedLength(), chainedCommands()};
 }
 
 std::string Setting::name() const {
@@ -189,7 +193,7 @@ std::vector<Scenario> tokenInfoScenarios(FileShape shape, const Connection& conn
     return scenarios;
 }
 
-std::vector<Scenario> longRecordScenarios(FileShape shape) {
+std::vector<Scenario> longRecordScenarios(FileShape shape, const Connection& connection) {
     constexpr Directory kind = Directory::dataObjects;
     std::vector<Blob> records = usualRecords(kind);
     Content large = contentOf('l', 250, 50);
@@ -202,7 +206,9 @@ std::vector<Scenario> longRecordScenarios(FileShape shape) {
     for (const Filling filling : {Filling::half, Filling::fullBefore, Filling::fullAfter})
         for (const Plan& plan : plansForRecords(kind)) {
             Scenario scenario;
-            scenario.name = "long records, " + nameOf(filling) + ": " + plan.name;
+            scenario.name = "long records, " + test::nameOf(shape) + ", " + nameOf(filling) + ", " +
+                            connection.name + ": " + plan.name;
+            scenario.capabilities = connection.capabilities;
             scenario.shape = shape;
             scenario.directory = kind;
             scenario.steps = plan.steps;
@@ -226,8 +232,8 @@ std::vector<Scenario> untidyScenarios() {
     return scenarios;
 }
 
-std::vector<Scenario> twoFileScenarios(const Connection& connection) {
-    constexpr Directory kind = Directory::dataObjects;
+std::vector<Scenario> twoFileScenarios(const Setting& setting) {
+    const Directory kind = setting.directory;
     const Blob second = {0x45, 0x01};
     const std::vector<Blob> records = usualRecords(kind);
     const std::vector<Blob> front(records.begin(), records.begin() + 4);
@@ -238,14 +244,17 @@ std::vector<Scenario> twoFileScenarios(const Connection& connection) {
             .odfRecord(odfEntry(static_cast<unsigned>(kind), sequence(octetString(second))))
             .withoutFile(directoryFID(kind))
             .build();
-    addDirectoryFile(card, absolutePath(directoryFID(kind)), FileShape::filledWith00, front, 700);
-    addDirectoryFile(card, absolutePath(second), FileShape::filledWith00, back, 150);
+    const bool isOfRecords = isLinear(setting.shape);
+    addDirectoryFile(card, absolutePath(directoryFID(kind)), setting.shape, front,
+                     isOfRecords ? 5 : 700);
+    addDirectoryFile(card, absolutePath(second), setting.shape, back, isOfRecords ? 1 : 150);
     std::vector<Scenario> scenarios;
     for (const Plan& plan : plansForRecords(kind)) {
         Scenario scenario;
-        scenario.name = "two files: " + plan.name;
+        scenario.name = setting.name() + ", two files: " + plan.name;
         scenario.card = card;
-        scenario.capabilities = connection.capabilities;
+        scenario.capabilities = setting.connection.capabilities;
+        scenario.shape = setting.shape;
         scenario.directory = kind;
         scenario.secondFile = absolutePath(second);
         scenario.steps = plan.steps;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/CardFile.h"
+#include "tests/support/ContainerView.h"
 #include "tests/writing/Plan.h"
 #include "tovi/card/CommandExchange.h"
 
@@ -26,7 +27,7 @@ struct Scenario {
     /// The absolute path of the file.
     Blob file() const;
     /// The records of the file in what a container holds.
-    std::vector<Blob> records(const PKCS15Container& container) const;
+    std::vector<Blob> records(const ContainerView& view) const;
     /// What keeps the file on a card from being compact; empty when nothing does.
     std::string looseness(const VirtualCard& on, const std::vector<Blob>& records) const;
     /// Writes something of the file as it is, or a new record where there is none: whatever was
@@ -49,7 +50,10 @@ struct Connection {
     std::string name;
     CardCapabilities capabilities;
 };
-/// Commands of 255 octets, of extended length, and chains of commands.
+Connection shortCommands();  ///< of 255 octets
+Connection extendedLength();
+Connection chainedCommands();  ///< that write 400 octets at once
+/// All of them.
 std::vector<Connection> connections();
 
 /// What a set of scenarios works on.
@@ -57,7 +61,7 @@ struct Setting {
     Directory directory = Directory::dataObjects;
     FileShape shape = FileShape::filledWith00;
     Filling filling = Filling::half;
-    Connection connection = connections().front();
+    Connection connection = shortCommands();
     std::string name() const;
 };
 
@@ -68,11 +72,11 @@ std::vector<Scenario> shortScenarios(const Setting& setting);
 /// The plans for EF(TokenInfo).
 std::vector<Scenario> tokenInfoScenarios(FileShape shape, const Connection& connection);
 /// Records that do not fit into one command.
-std::vector<Scenario> longRecordScenarios(FileShape shape);
+std::vector<Scenario> longRecordScenarios(FileShape shape, const Connection& connection);
 /// A file with gaps, an erased entry and stale octets, such as other programs leave.
 std::vector<Scenario> untidyScenarios();
-/// Two files of one kind.
-std::vector<Scenario> twoFileScenarios(const Connection& connection);
+/// Two files of one kind; of a setting, all but the filling counts.
+std::vector<Scenario> twoFileScenarios(const Setting& setting);
 
 /// A card with one directory file of that kind.
 VirtualCard cardWith(Directory directory, FileShape shape, const std::vector<Blob>& records,

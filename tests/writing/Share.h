@@ -20,4 +20,12 @@ inline constexpr std::size_t oneIn = 8;
 inline constexpr std::size_t oneIn = 1;
 #endif
 
+/// The same of random sequences, of which there are any number: without optimisation they take
+/// seven times as long.
+#if defined(TOVI_TESTS_ARE_SANITIZED) || !defined(__OPTIMIZE__)
+inline constexpr unsigned oneSequenceIn = 8;
+#else
+inline constexpr unsigned oneSequenceIn = 1;
+#endif
+
 }  // namespace tovi::test

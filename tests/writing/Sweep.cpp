@@ -82,7 +82,7 @@ public:
             EXPECT_TRUE(isAsBefore_) << "the card is ahead of the container";
         }
         goOn(*container_, done_, card_);
-        if (isReadable()) goOnWithAnother();
+        if (isReadable_) goOnWithAnother();
     }
 
     CutPoints points() const {
@@ -96,9 +96,6 @@ public:
 private:
     ContainerView state() const { return ordered(sweep_.states_[done_]); }
     ContainerView stateAfterStep() const { return ordered(sweep_.states_[done_ + hasFailed_]); }
-    ContainerView held(const PKCS15Container& container) const {
-        return ordered(viewOf(container));
-    }
     ContainerView ordered(const ContainerView& view) const {
         return mayGoElsewhere_ ? inNoOrder(view) : view;
     }
@@ -140,7 +137,7 @@ private:
     }
 
     void lookAtContainer() const {
-        EXPECT_EQ(difference(held(*container_), state()), "");
+        EXPECT_EQ(difference(ordered(viewOf(*container_)), state()), "");
         EXPECT_EQ(contradiction(*container_), "");
         EXPECT_TRUE(container_->hasBeenRead());
     }
@@ -149,10 +146,14 @@ private:
         asItLies_ = card_;
         other_ = readNew(asItLies_, scenario_.capabilities);
         EXPECT_EQ(contradiction(*other_), "");
-        isAsBefore_ = holds(held(*other_), state());
-        isAsAfter_ = holds(held(*other_), stateAfterStep());
-        EXPECT_TRUE(isAsBefore_ || isAsAfter_) << recordDifference(held(*other_), state()) << "\n"
-                                               << recordDifference(held(*other_), stateAfterStep());
+        const ContainerView found = ordered(viewOf(*other_));
+        isAsBefore_ = holds(found, state());
+        isAsAfter_ = holds(found, stateAfterStep());
+        EXPECT_TRUE(isAsBefore_ || isAsAfter_) << recordDifference(found, state()) << "\n"
+                                               << recordDifference(found, stateAfterStep());
+        const Records records = scenario_.records(found);
+        isReadable_ = std::none_of(records.begin(), records.end(),
+                                   [](const Blob& record) { return record.empty(); });
     }
 
     /// Whether the card holds the records of that state, but for one that is broken.
@@ -163,12 +164,6 @@ private:
             if (agreeButForOne(records, sound)) records = sound;
         }
         return recordDifference(found, expected).empty();
-    }
-
-    bool isReadable() const {
-        const Records records = scenario_.records(*other_);
-        return std::none_of(records.begin(), records.end(),
-                            [](const Blob& record) { return record.empty(); });
     }
 
     /// Somebody who reads the card anew sees what was done and does the rest.
@@ -184,14 +179,14 @@ private:
             if (from == end_) scenario_.touch(container, wire.os());
         });
         EXPECT_EQ(failure, Failure());
-        const Records records = scenario_.records(container);
-        EXPECT_EQ(scenario_.looseness(card, records), "");
+        const ContainerView view = viewOf(container);
+        EXPECT_EQ(scenario_.looseness(card, scenario_.records(view)), "");
         EXPECT_EQ(contradiction(container), "");
         const ContainerView last = ordered(sweep_.states_[end_]);
         const bool hadNothingToTouch =
             from == end_ && scenario_.directory && last[*scenario_.directory].records.empty();
         if (!hadNothingToTouch) {
-            EXPECT_EQ(recordDifference(held(container), last), "");
+            EXPECT_EQ(recordDifference(ordered(view), last), "");
         }
     }
 
@@ -211,6 +206,7 @@ private:
     bool hasFailed_ = false;
     bool isAsBefore_ = false;
     bool isAsAfter_ = false;
+    bool isReadable_ = false;
 };
 
 Sweep::Sweep(const Scenario& scenario) : scenario_(scenario) { performWithout(); }
@@ -224,12 +220,12 @@ void Sweep::performWithout() {
     const auto container = readNew(card, scenario_.capabilities);
     states_.push_back(viewOf(*container));
     for (const Step& step : scenario_.steps) {
-        const Records before = scenario_.records(*container);
+        const Records before = scenario_.records(states_.back());
         ASSERT_EQ(failureOf([&] { step(*container, &os); }), Failure());
-        const Records after = scenario_.records(*container);
+        states_.push_back(viewOf(*container));
+        const Records after = scenario_.records(states_.back());
         EXPECT_TRUE(isOneChange(before, after));
         EXPECT_EQ(scenario_.looseness(card, after), "");
-        states_.push_back(viewOf(*container));
     }
     commands_ = counting.counts().commands;
     const auto other = readNew(card, scenario_.capabilities);
@@ -237,25 +233,31 @@ void Sweep::performWithout() {
 }
 
 CutPoints Sweep::interruptEverywhere(const Interruption& how) const {
+    return interruptInTurn({how});
+}
+
+CutPoints Sweep::interruptInTurn(const std::vector<Interruption>& ways) const {
     CutPoints points;
     if (testing::Test::HasFailure()) return points;
-    SCOPED_TRACE(scenario_.name + ", " + how.name());
+    SCOPED_TRACE(scenario_.name);
     const long blocks = liveBlocks();
-    const auto mayBeReached = [&](std::size_t index) {
-        return how.isOfMemory() || index < commands_;
-    };
+    const bool isOfMemory = ways.front().isOfMemory();
+    const auto mayBeReached = [&](std::size_t index) { return isOfMemory || index < commands_; };
+    static std::size_t turn = 0;
+    ++turn;
     bool isInterrupted = true;
     for (std::size_t index = firstOfShare(); isInterrupted && mayBeReached(index); index += oneIn) {
+        const Interruption& how = ways[(turn + index) % ways.size()];
         const CutPoints point = Run(*this, how, index).points();
         isInterrupted = point.tried > 0;
         points += point;
         if (testing::Test::HasFailure()) {
-            ADD_FAILURE() << "at number " << index;
+            ADD_FAILURE() << how.name() << ", number " << index;
             break;
         }
         EXPECT_EQ(liveBlocks(), blocks) << "something leaked";
     }
-    if (oneIn == 1 && !how.isOfMemory() && !testing::Test::HasFailure()) {
+    if (oneIn == 1 && !isOfMemory && !testing::Test::HasFailure()) {
         EXPECT_EQ(points.tried, commands_);
     }
     return points;

@@ -37,6 +37,9 @@ public:
     ///   a card of its own; the card then holds what it does without interruption, compactly.
     CutPoints interruptEverywhere(const Interruption& how) const;
     CutPoints interruptEverywhere(const std::vector<Interruption>& ways) const;
+    /// The same with one of the ways at each command, and the next one at the next; which one comes
+    /// first differs from sweep to sweep.
+    CutPoints interruptInTurn(const std::vector<Interruption>& ways) const;
 
     /// What the container holds before each step and after the last.
     const std::vector<ContainerView>& states() const { return states_; }

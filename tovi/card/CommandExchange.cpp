@@ -30,9 +30,20 @@ CommandExchange::CommandExchange(ICardChannel& channel, const CardCapabilities& 
                         capabilities.maxWrite)) {}
 
 ResponseApdu CommandExchange::send(const CommandApdu& command, const char* operation) {
-    if (command.data.size() > CommandApdu::shortData && !extended_)
-        return sendChain(command, operation);
-    return sendOne(command, operation);
+    const bool followsBrokenChain = chainIsOpen_;
+    ResponseApdu response = sendWhole(command, operation);
+    // The card waited for the rest of a chain, has now given it up, and performed nothing.
+    if (followsBrokenChain && response.status == StatusWord::lastOfChainExpected)
+        response = sendWhole(command, operation);
+    return response;
+}
+
+ResponseApdu CommandExchange::sendWhole(const CommandApdu& command, const char* operation) {
+    const bool isChain = command.data.size() > CommandApdu::shortData && !extended_;
+    chainIsOpen_ = isChain;
+    ResponseApdu response = isChain ? sendChain(command, operation) : sendOne(command, operation);
+    chainIsOpen_ = false;
+    return response;
 }
 
 ResponseApdu CommandExchange::sendChain(const CommandApdu& command, const char* operation) {

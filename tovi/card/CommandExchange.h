@@ -20,7 +20,8 @@ struct TOVI_API CardCapabilities {
 };
 
 /// One command with everything that belongs to it: splitting into a chain, GET RESPONSE after 61XX,
-/// repetition with the right Le after 6CXX (ISO/IEC 7816-4:2005, 5.1.3).
+/// repetition with the right Le after 6CXX (ISO/IEC 7816-4:2005, 5.1.3). A command behind a chain
+/// that a failure of the channel has broken off is sent again where the card answers 6883.
 ///
 /// Sends at most one repetition per command, and GET RESPONSE only as long as each brings data.
 class TOVI_API CommandExchange {
@@ -38,6 +39,7 @@ public:
     std::size_t maxWrite() const { return maxWrite_; }
 
 private:
+    ResponseApdu sendWhole(const CommandApdu& command, const char* operation);
     ResponseApdu sendChain(const CommandApdu& command, const char* operation);
     ResponseApdu sendOne(CommandApdu command, const char* operation);
     ResponseApdu transmit(const CommandApdu& command, const char* operation);
@@ -47,6 +49,7 @@ private:
     bool chaining_;
     std::size_t maxRead_;
     std::size_t maxWrite_;
+    bool chainIsOpen_ = false;  // stays true behind an exception
 };
 
 }  // namespace tovi

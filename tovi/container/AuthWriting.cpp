@@ -19,7 +19,8 @@ unsigned long PKCS15Container::writeAuthInfo(ISCardOS* os, const PKCS15ObjectInf
 
 unsigned long PKCS15Container::writeAuthInfo(ISCardOS* os, const PKCS15ObjectInfo<AuthInfo>& info,
                                              unsigned long index) {
-    return translateCardErrors(HERE, bareNoMemoryCode, [&] {
+    const SmartcardException notEnough("not enough memory", HERE, bareNoMemoryCode);
+    return translateCardErrors(notEnough, [&] {
         if (!inStep(authInfos, rawAuthObjects, aodfHandler))
             throw SmartcardException("encode info failed", HERE);
         PKCS15ObjectInfo<AuthInfo> copy = info;

@@ -24,14 +24,14 @@ std::size_t positionOfRecord(const Infos& infos, unsigned long recordNumber) {
     return positionOf(infos, [=](const auto& info) { return info.recordNumber == recordNumber; });
 }
 
-}  // namespace
-
-template <class Info, class Type>
-bool PKCS15Container::deleteInfo(ISCardOS* os, unsigned long recordNumber,
-                                 ProfileDFHandler& handler, RawList<Type>& raws,
-                                 InfoList<Info>& infos) {
+/// The same for the record of the info with that record number.
+template <class Raws, class Infos>
+bool deleteInfo(ISCardOS* os, unsigned long recordNumber, ProfileDFHandler& handler, Raws& raws,
+                Infos& infos) {
     return deleteRecord(os, handler, raws, infos, positionOfRecord(infos, recordNumber));
 }
+
+}  // namespace
 
 bool PKCS15Container::deleteContainer(unsigned long recordNumber) {
     const std::size_t position = positionOfRecord(containerInfos, recordNumber);

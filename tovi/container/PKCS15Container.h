@@ -265,8 +265,9 @@ public:
     /// Writes `info` over record 0 of EF(TokenInfo) without adopting it.
     ///
     /// Throws "invalid TokenInfo" when none was read; "encoding error" when `info` breaks a
-    /// constraint of the record (an algorithm without arcs in algId is one); "update file failed";
-    /// and what the directory file throws.
+    /// constraint of the record (an algorithm without arcs in algId is one); "update file failed",
+    /// code 0, when the card refuses or the file has no room; other failures of the file pass
+    /// through (see ProfileDFHandler). Nothing in the model changes then.
     void encodeTokenInfo(ISCardOS* os, const PKCS15TokenInfo& info);
 
     /// Adds a key container, which lives until the next read, and links one key and one certificate
@@ -359,9 +360,6 @@ private:
                              unsigned long index);
     unsigned long encodeInfo(ISCardOS* os, const PKCS15ObjectInfo<ContainerInfo>& info,
                              unsigned long index);
-    template <class Info, class Type>
-    bool deleteInfo(ISCardOS* os, unsigned long recordNumber, ProfileDFHandler& handler,
-                    RawList<Type>& raws, InfoList<Info>& infos);
     bool deleteFromFile(ISCardOS* os, unsigned long recordNumber);
     bool deleteContainer(unsigned long recordNumber);
 

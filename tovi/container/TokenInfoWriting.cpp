@@ -1,9 +1,8 @@
 #include <memory>
 #include <utility>
 
-#include "tovi/container/PKCS15Container.h"
+#include "tovi/container/WriteProtocol.h"
 #include "tovi/interfaces/ASN1Coding.h"
-#include "tovi/interfaces/Exception.h"
 #include "tovi/pkcs15/TokenInfo.h"
 
 namespace tovi {
@@ -17,9 +16,15 @@ void fillFlags(PKCS15::TokenFlags& flags, const PKCS15TokenInfo& info) {
     ASN1_encodeBit(flags, PKCS15::TokenFlags::eidCompliant, info.eidCompliant);
 }
 
+/// A number of more than 64 bits, or a negative one as that of the NULL algorithm, is read as what
+/// fits; it stays what it was unless the caller changed that.
+void fillNumber(ASN1::INTEGER& stored, std::uint64_t number) {
+    if (stored.toUInt64() != number) stored.setValue(number);
+}
+
 /// reference and parameters of the entry stay.
 void fillEntry(PKCS15::AlgorithmInfo& entry, const PKCS15AlgorithmInfo& row) {
-    entry.algorithm.setValue(row.algorithm);
+    fillNumber(entry.algorithm, row.algorithm);
     entry.set_algId() = ASN1::OBJECT_IDENTIFIER(row.algId.begin(), row.algId.end());
     for (unsigned bit = 0; bit < row.supportedOperations.size(); ++bit)
         ASN1_encodeBit(entry.supportedOperations, bit, row.supportedOperations[bit]);
@@ -38,7 +43,7 @@ void fill(PKCS15::TokenInfo& value, const PKCS15TokenInfo& info) {
     else
         value.set_label() = info.info.label;
     value.serialNumber = info.info.serialNumber;
-    value.version.setValue(info.version);
+    fillNumber(value.version, info.version);
     if (info.manufacturerID.empty())
         value.manufacturerID.reset();
     else
@@ -60,8 +65,10 @@ void PKCS15Container::encodeTokenInfo(ISCardOS* os, const PKCS15TokenInfo& info)
     const bool mayBeWritten = edited->isValid() || !stored.value->isValid();
     if (!mayBeWritten || !ASN1_encode(*edited, &coderEnv, record))
         throw SmartcardException("encoding error", HERE);
-    if (!tokenInfoHandler.UpdateSequence(os, 0, record))
-        throw SmartcardException("update file failed", HERE);
+    const SmartcardException updateFailed("update file failed", HERE);
+    if (!translateCardErrors(updateFailed,
+                             [&] { return tokenInfoHandler.UpdateSequence(os, 0, record); }))
+        throw updateFailed;
     delete std::exchange(stored.value, edited.release());
 }
 

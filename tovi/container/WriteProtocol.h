@@ -13,22 +13,24 @@
 
 namespace tovi {
 
-/// Runs `operation`, and throws "not enough memory" with `code` in place of what the card reported:
-/// any SmartcardException that carries a status word.
+/// Runs `operation`, and throws `instead` in place of what the card reported: any SmartcardException
+/// that carries a status word.
 template <class Operation>
-auto translateCardErrors(const char* where, std::int64_t code, Operation operation) {
+auto translateCardErrors(const SmartcardException& instead, Operation operation) {
     constexpr std::uint32_t statusWordMask = 0xFFFF0000;
     try {
         return operation();
     } catch (const SmartcardException& failure) {
         const auto low = static_cast<std::uint32_t>(failure.GetCode());
         if ((low & statusWordMask) != statusWordCode) throw;
-        throw SmartcardException("not enough memory", where, code);
+        throw instead;
     }
 }
 
-/// The code of "not enough memory": status word 6A84, marked as one.
-inline constexpr std::int64_t noMemoryCode = statusWordCode + 0x6A84;
+/// What writing and updating throw when the card refuses: status word 6A84, marked as one.
+inline SmartcardException notEnoughMemory(const char* where) {
+    return {"not enough memory", where, statusWordCode + 0x6A84};
+}
 
 /// A record number kept in an info, as the lookups take it. One too large for their type names no
 /// row either way.
@@ -63,7 +65,7 @@ template <class T>
 unsigned long PKCS15Container::writeInfo(ISCardOS* os, T& info, std::vector<T>& infos,
                                          unsigned char objectType) {
     constexpr const char* HERE = "PKCS15Container::writeInfo";
-    return translateCardErrors(HERE, noMemoryCode, [&] {
+    return translateCardErrors(notEnoughMemory(HERE), [&] {
         T copy = info;
         const bool isOwn = isElementOf(info, infos);
         makeRoomForOne(fatRecords);
@@ -83,7 +85,7 @@ template <class T>
 void PKCS15Container::updateInfo(ISCardOS* os, const T& info, std::vector<T>& infos,
                                  unsigned char objectType) {
     constexpr const char* HERE = "PKCS15Container::updateInfo";
-    translateCardErrors(HERE, noMemoryCode, [&] {
+    translateCardErrors(notEnoughMemory(HERE), [&] {
         checkObjectType(recordNumberOf(info.recordNumber), objectType, HERE);
         const std::size_t position = positionOf(
             infos, [&](const T& candidate) { return candidate.recordNumber == info.recordNumber; });

@@ -20,6 +20,7 @@ public:
 
     /// Length in bits.
     std::size_t size() const { return 8 * octets_.size() - unused_; }
+    /// Whether it has no bits.
     bool empty() const { return octets_.empty(); }
     /// False for a bit beyond the end.
     bool test(std::size_t bit) const {
@@ -27,6 +28,7 @@ public:
     }
     /// Sets or clears one bit. A string that ends before it grows by zero bits first.
     void set(std::size_t bit, bool value = true);
+    /// Removes all bits.
     void clear() {
         octets_.clear();
         unused_ = 0;

@@ -15,9 +15,11 @@ namespace ASN1 {
 template <class T>
 class TOVI_API Boxed {
 public:
+    /// As std::optional has them.
     using value_type = T;
 
     Boxed() noexcept = default;
+    /// Without a value, or with the one given.
     Boxed(std::nullopt_t) noexcept {}
     // A template, so that T may be incomplete while Boxed<T> is a member of it.
     template <class U>
@@ -35,12 +37,14 @@ public:
     Boxed& operator=(Boxed&&) noexcept = default;
     ~Boxed() = default;
 
+    /// As std::optional has them: only a box with a value may be looked into.
     bool has_value() const noexcept { return object_ != nullptr; }
     explicit operator bool() const noexcept { return has_value(); }
     T& operator*() { return *object_; }
     const T& operator*() const { return *object_; }
     T* operator->() { return object_.get(); }
     const T* operator->() const { return object_.get(); }
+    /// The value; nullptr without one.
     T* get() noexcept { return object_.get(); }
     const T* get() const noexcept { return object_.get(); }
 
@@ -50,6 +54,7 @@ public:
         object_ = std::make_unique<T>(std::forward<Arguments>(arguments)...);
         return *object_;
     }
+    /// Removes the value.
     void reset() noexcept { object_.reset(); }
 
 private:

@@ -14,6 +14,7 @@ class TOVI_API CoderEnv {
 public:
     /// `module` must outlive the environment.
     void configure(const Module* module) { module_ = module; }
+    /// The module configured; nullptr before.
     const Module* module() const { return module_; }
 
     /// Decodes the BER value in [begin, end) into `value`. Octets behind the value are a failure

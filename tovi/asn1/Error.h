@@ -14,6 +14,7 @@ struct Type;
 /// The first thing that went wrong while decoding: what, at which octet of the input, in which
 /// member.
 struct TOVI_API Error {
+    /// What went wrong, by what a caller can do about it.
     enum Kind {
         none,
         truncated,      ///< an element runs past the end of what holds it
@@ -26,13 +27,14 @@ struct TOVI_API Error {
         badValue,       ///< the content is not a value of its type
         notConfigured,  ///< the coder environment knows no module
     };
-    Kind kind = none;
+    Kind kind = none;        ///< none: nothing went wrong
     std::size_t offset = 0;  ///< octets from the start of the input
     std::string path;        ///< for example "PrivateKeyType.privateRSAKey.classAttributes.iD"
     Tag found;               ///< with unexpectedTag
     const Type* expected = nullptr;  ///< with unexpectedTag, when one type was expected
     Tag expectedTag;                 ///< likewise, the context tag in front of that type, if any
 
+    /// Whether something went wrong.
     explicit operator bool() const { return kind != none; }
 };
 

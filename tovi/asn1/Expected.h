@@ -14,11 +14,13 @@ template <class T>
 class TOVI_API Expected : public T {
 public:
     Expected() = default;
+    /// Has the value given.
     Expected(const T& value) : T(value) {}
     Expected(T&& value) : T(std::move(value)) {}
     using T::T;
     using T::operator=;
 
+    /// Whether the card leaves it out; `setLeftOut` says so, and is of effect while it is empty.
     bool isLeftOut() const { return leftOut_ && this->empty(); }
     void setLeftOut(bool leftOut) { leftOut_ = leftOut; }
 

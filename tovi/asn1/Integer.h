@@ -15,15 +15,18 @@ namespace ASN1 {
 class TOVI_API INTEGER {
 public:
     INTEGER() = default;
+    /// Has the number given.
     template <std::integral Number>
     INTEGER(Number value) {
         setValue(value);
     }
+    /// Takes the number given.
     template <std::integral Number>
     INTEGER& operator=(Number value) {
         return setValue(value), *this;
     }
 
+    /// Takes the number given, in the fewest octets.
     template <std::signed_integral Number>
     void setValue(Number value) {
         setSigned(static_cast<std::int64_t>(value));
@@ -35,9 +38,11 @@ public:
     /// Takes big-endian two's complement octets.
     void setValue(View octets) { octets_.assign(octets); }
 
+    /// The octets as they came.
     const Octets& octets() const { return octets_; }
     /// The octets without those that only repeat the sign, at least one (X.690 8.3.2).
     View shortest() const;
+    /// Whether the number is below 0.
     bool isNegative() const { return !octets_.empty() && (octets_[0] & 0x80) != 0; }
     /// Whether toInt64 gives the whole number.
     bool fitsInt64() const { return shortest().size() <= 8; }

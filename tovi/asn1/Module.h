@@ -11,8 +11,8 @@ namespace ASN1 {
 
 /// A second name of a type, such as that of a parameterised type with its arguments filled in.
 struct TOVI_API TypeAlias {
-    std::string_view name;
-    const Type* type;
+    std::string_view name;  ///< the second name
+    const Type* type;       ///< what it names
 };
 
 /// An ASN.1 module: its types by name.
@@ -22,6 +22,7 @@ public:
     Module(std::string_view name, OBJECT_IDENTIFIER identifier, std::span<const Type* const> types,
            std::span<const TypeAlias> aliases = {});
 
+    /// As the module's heading has them.
     std::string_view name() const { return name_; }
     const OBJECT_IDENTIFIER& identifier() const { return identifier_; }
     /// In the order of the notation.

@@ -19,22 +19,27 @@ namespace ASN1 {
 /// first arc above 2, a second one above 39 below arcs 0 and 1) give an empty one too.
 class TOVI_API OBJECT_IDENTIFIER {
 public:
+    /// One number of an object identifier.
     using Arc = std::uint64_t;
 
     OBJECT_IDENTIFIER() = default;
+    /// Has the arcs given.
     OBJECT_IDENTIFIER(std::initializer_list<Arc> arcs) { assign(arcs.begin(), arcs.end()); }
     template <std::input_iterator It>
     OBJECT_IDENTIFIER(It first, It last) {
         assign(first, last);
     }
 
+    /// Takes the arcs given.
     template <std::input_iterator It>
     void assign(It first, It last) {
         setArcs(std::vector<Arc>(first, last));
     }
     void setArcs(std::span<const Arc> arcs);
+    /// Removes all arcs.
     void clear() { content_.clear(); }
 
+    /// Whether there are no arcs.
     bool empty() const { return content_.empty(); }
     /// Number of arcs.
     std::size_t size() const;

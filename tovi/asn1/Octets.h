@@ -26,6 +26,7 @@ using View = std::span<const std::uint8_t>;
 /// the object itself.
 class TOVI_API Octets {
 public:
+    /// As a std::vector has them.
     using value_type = std::uint8_t;
     using size_type = std::size_t;
     using difference_type = std::ptrdiff_t;
@@ -36,6 +37,7 @@ public:
     using iterator = std::uint8_t*;
     using const_iterator = const std::uint8_t*;
 
+    /// The most octets that cost no allocation.
     static constexpr std::size_t inPlace = 24;
 
     constexpr Octets() noexcept : room_{}, size_(0), capacity_(inPlace) {}
@@ -46,12 +48,14 @@ public:
         else
             append(View(octets));
     }
+    /// The octets given, `count` times `value`, or a range of anything that converts to octets.
     Octets(View octets) : Octets() { append(octets); }
     Octets(std::size_t count, std::uint8_t value) : Octets() { resize(count, value); }
     template <std::input_iterator It>
     Octets(It first, It last) : Octets() {
         assign(first, last);
     }
+    /// Copies, moves and takes over, as a std::vector does.
     Octets(const Octets& other) : Octets() {
         if (other.isInPlace()) {
             copyObject(other);
@@ -80,6 +84,7 @@ public:
     }
     ~Octets() { release(); }
 
+    /// As a std::vector has them: an index, front() and back() need an octet that is there.
     std::size_t size() const noexcept { return size_; }
     bool empty() const noexcept { return size_ == 0; }
     std::size_t capacity() const noexcept { return capacity_; }
@@ -98,6 +103,7 @@ public:
 
     /// Empties the string and keeps its room.
     void clear() noexcept { size_ = 0; }
+    /// As a std::vector has them, ranges also as a View; `fill` is what resize() adds.
     void reserve(std::size_t capacity) {
         if (capacity > capacity_) grow(capacity);
     }

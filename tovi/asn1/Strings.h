@@ -9,6 +9,7 @@
 
 namespace ASN1 {
 
+/// An OCTET STRING is its octets.
 using OCTET_STRING = Octets;
 
 /// A character string as the octets that are on the wire, whatever they are; UTF-8 is not enforced.
@@ -17,6 +18,7 @@ struct TOVI_API CharacterString : Octets {
     using Octets::Octets;
     using Octets::operator=;
     CharacterString() = default;
+    /// From the octets or the characters given, as they are.
     CharacterString(const Octets& octets) : Octets(octets) {}
     CharacterString(std::string_view text) { *this = text; }
     CharacterString(const char* text) : CharacterString(std::string_view(text)) {}
@@ -25,9 +27,11 @@ struct TOVI_API CharacterString : Octets {
         return *this;
     }
     CharacterString& operator=(const char* text) { return *this = std::string_view(text); }
+    /// The octets as characters; lives as long as the string is not changed.
     std::string_view text() const { return {reinterpret_cast<const char*>(data()), size()}; }
 };
 
+/// The character strings that the module uses, by their universal tag.
 using UTF8String = CharacterString<12>;
 using PrintableString = CharacterString<19>;
 using IA5String = CharacterString<22>;
@@ -40,11 +44,13 @@ struct TOVI_API OpenData : Octets {
     using Octets::Octets;
     using Octets::operator=;
     OpenData() = default;
+    /// One element in its encoding.
     OpenData(const Octets& octets) : Octets(octets) {}
 };
 
 /// Characters of UTF-8 text; octets when they are not UTF-8 (RFC 3629).
 TOVI_API std::size_t countCharacters(View octets);
+/// Whether the octets are UTF-8 text (RFC 3629).
 TOVI_API bool isUTF8(View octets);
 
 }  // namespace ASN1

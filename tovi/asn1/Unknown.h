@@ -19,7 +19,7 @@ public:
     /// Elements that follow one another without a known member between them.
     struct Run {
         std::size_t row = 0;  ///< the table row in front of which they stand
-        Octets elements;
+        Octets elements;      ///< their encodings, one behind the other
     };
 
     Unknown() noexcept = default;
@@ -35,6 +35,7 @@ public:
     Unknown& operator=(Unknown&&) noexcept = default;
     ~Unknown() = default;
 
+    /// Whether there are no such elements.
     bool empty() const { return !runs_; }
     /// Adds an element behind all others and in front of `row`, whose number does not fall.
     void add(std::size_t row, View element);
@@ -45,6 +46,7 @@ public:
     std::span<const Run> runs() const;
     /// Whether one of the elements has this tag.
     bool contain(Tag tag) const;
+    /// Removes all elements.
     void clear() { runs_.reset(); }
 
 private:

@@ -11,7 +11,7 @@
 
 namespace ASN1 {
 
-// What the bases below do, for a value of any type.
+/// What the bases below do, for a value of any type.
 TOVI_API bool hasOptionalField(const Type& type, const void* value, std::size_t optionalIndex);
 TOVI_API void includeOptionalField(const Type& type, void* value, std::size_t optionalIndex,
                                    std::size_t position);
@@ -25,6 +25,7 @@ TOVI_API std::string_view selectionName(const Type& type, const void* value);
 /// at 0 and leave out extension markers. Numbers that name no member do nothing.
 template <class T>
 struct TOVI_API Sequence {
+    /// Whether the member is there.
     bool hasOptionalField(std::size_t optionalIndex) const {
         return ASN1::hasOptionalField(*TypeOf<T>::value, self(), optionalIndex);
     }
@@ -33,9 +34,11 @@ struct TOVI_API Sequence {
     void includeOptionalField(std::size_t optionalIndex, std::size_t position) {
         ASN1::includeOptionalField(*TypeOf<T>::value, self(), optionalIndex, position);
     }
+    /// Makes the member absent.
     void removeOptionalField(std::size_t optionalIndex) {
         ASN1::removeOptionalField(*TypeOf<T>::value, self(), optionalIndex);
     }
+    /// Whether the value keeps every size and range of its type.
     bool isValid() const { return AbstractData(*TypeOf<T>::value, self()).isValid(); }
     /// A deep copy.
     std::unique_ptr<T> clone() const { return std::make_unique<T>(*self()); }
@@ -45,6 +48,7 @@ private:
     const T* self() const { return static_cast<const T*>(this); }
 };
 
+/// The value itself, out of its box if it is in one; a fresh one for an empty box.
 template <class T>
 T& unboxed(T& value) {
     return value;
@@ -53,6 +57,7 @@ template <class T>
 T& unboxed(Boxed<T>& box) {
     return box ? *box : box.emplace();
 }
+/// The same to look at; nullptr for an empty box.
 template <class T>
 const T* unboxedOrNull(const T* value) {
     return value;
@@ -95,6 +100,7 @@ struct TOVI_API Choice {
     auto* getIf() const {
         return unboxedOrNull(std::get_if<Alternative>(&self()->value));
     }
+    /// Whether the value keeps every size and range of its type.
     bool isValid() const { return AbstractData(*TypeOf<T>::value, self()).isValid(); }
     /// A deep copy.
     std::unique_ptr<T> clone() const { return std::make_unique<T>(*self()); }

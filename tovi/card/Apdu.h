@@ -10,6 +10,7 @@ namespace tovi {
 
 /// Instructions of ISO/IEC 7816-4 that this library sends or serves.
 namespace Instruction {
+/// The octet INS of the command of that name; `Odd` is the form with data objects.
 inline constexpr std::uint8_t eraseRecord = 0x0C;
 inline constexpr std::uint8_t eraseBinary = 0x0E;
 inline constexpr std::uint8_t eraseBinaryOdd = 0x0F;
@@ -33,13 +34,15 @@ struct TOVI_API CommandApdu {
     static constexpr std::size_t shortData = 255;       ///< the most data of a short command
     static constexpr std::size_t shortExpected = 256;   ///< the most a short command can ask for
     static constexpr std::size_t extendedData = 65535;  ///< the same with extended length fields
+    /// The most that an extended command can ask for.
     static constexpr std::size_t extendedExpected = 65536;
 
+    /// The header (ISO/IEC 7816-4:2005, 5.1).
     std::uint8_t cla = 0;
     std::uint8_t ins = 0;
     std::uint8_t p1 = 0;
     std::uint8_t p2 = 0;
-    Blob data;
+    Blob data;                 ///< the data field; empty: none
     std::size_t expected = 0;  ///< 0: no Le field
     bool extended = false;     ///< after parse: the length fields were extended ones
 
@@ -55,9 +58,10 @@ struct TOVI_API CommandApdu {
 
 /// One response: data and status word.
 struct TOVI_API ResponseApdu {
-    Blob data;
-    std::uint16_t status = 0;
+    Blob data;                 ///< the data field
+    std::uint16_t status = 0;  ///< SW1 and SW2
 
+    /// The octets of the response.
     Blob encode() const;
 
     /// Splits off the status word; false for fewer than two octets.

@@ -18,8 +18,9 @@ namespace tovi {
 
 /// What has to hold before a file is read or changed.
 struct TOVI_API AccessRule {
+    /// Free to all, closed to all, or open after a PIN.
     enum class Kind : std::uint8_t { always, never, pin };
-    Kind kind = Kind::always;
+    Kind kind = Kind::always;    ///< what the rule asks for
     std::uint8_t reference = 0;  ///< of the PIN, for Kind::pin: P2 of VERIFY
 
     friend bool operator==(const AccessRule&, const AccessRule&) = default;
@@ -27,16 +28,17 @@ struct TOVI_API AccessRule {
 
 /// What a card has of one file, its contents apart.
 struct TOVI_API FileDescription {
+    /// A DF or the structure of an elementary file (ISO/IEC 7816-4:2005, 5.3).
     enum class Kind : std::uint8_t { df, transparent, linearVariable, linearFixed };
 
-    Blob path;  ///< from 3F00 on, two octets a step
-    Kind kind = Kind::df;
+    Blob path;                        ///< from 3F00 on, two octets a step
+    Kind kind = Kind::df;             ///< what the file is
     std::size_t size = 0;             ///< transparent: octets; linear: the most records
     std::size_t recordSize = 0;       ///< linear: octets of a record, the most when variable
     Blob aid;                         ///< of a DF; empty: none
     std::optional<std::uint8_t> sfi;  ///< short identifier of an elementary file
     AccessRule read;                  ///< of no effect for a DF, as is `update`
-    AccessRule update;
+    AccessRule update;                ///< for updating, appending and erasing
 
     friend bool operator==(const FileDescription&, const FileDescription&) = default;
 };
@@ -44,9 +46,9 @@ struct TOVI_API FileDescription {
 /// A PIN: the value that VERIFY compares with, and how often it may be wrong.
 struct TOVI_API PinDescription {
     std::uint8_t reference = 0;  ///< P2 of VERIFY
-    Blob value;
-    unsigned tries = 3;
-    unsigned left = 3;  ///< tries left now; 0: blocked
+    Blob value;                  ///< compared octet for octet
+    unsigned tries = 3;          ///< wrong values that block it
+    unsigned left = 3;           ///< tries left now; 0: blocked
 
     friend bool operator==(const PinDescription&, const PinDescription&) = default;
 };
@@ -71,6 +73,7 @@ struct TOVI_API PinDescription {
 /// its files.
 class TOVI_API CardDescription {
 public:
+    /// The bounds, in octets or by count.
     static constexpr std::size_t maxFileSize = std::size_t{16} << 20;
     static constexpr std::size_t maxCardSize = std::size_t{64} << 20;
     static constexpr std::size_t maxTextSize = std::size_t{1} << 20;

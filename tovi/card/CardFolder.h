@@ -15,8 +15,8 @@ namespace tovi {
 
 /// What a new elementary file holds: octets when transparent, records when linear.
 struct TOVI_API FileContents {
-    Blob octets;
-    std::vector<Blob> records;
+    Blob octets;                ///< of a transparent file
+    std::vector<Blob> records;  ///< of a linear file
 };
 
 /// A virtual card that lives in a folder: CARD says which files there are, and the contents of
@@ -32,10 +32,12 @@ struct TOVI_API FileContents {
 /// One CardFolder that writes, or several that read, may have a folder open at a time.
 class TOVI_API CardFolder final : private VirtualCardStorage {
 public:
+    /// Whether changes go to the folder or are refused.
     enum class Mode { readOnly, readWrite };
 
+    /// How a folder is opened.
     struct Options {
-        Mode mode = Mode::readWrite;
+        Mode mode = Mode::readWrite;                ///< see Mode
         std::chrono::milliseconds patience{10000};  ///< how long to wait for other users
         bool sync = true;  ///< false: safe against the end of the process, not of the machine
     };
@@ -43,6 +45,7 @@ public:
     /// Reads the whole folder. Throws CardFolderError "invalid card description", "card folder not
     /// readable" or "card folder in use"; text() says where and why.
     CardFolder(const std::filesystem::path& folder, const Options& options);
+    /// The same with default options.
     explicit CardFolder(const std::filesystem::path& folder) : CardFolder(folder, Options()) {}
 
     /// Makes a card folder, and the folder itself where needed. CARD is written last: what was
@@ -58,6 +61,7 @@ public:
     /// The card. In read-only mode it answers 6581 to every change, and tries are counted in memory
     /// only.
     VirtualCard& card() { return card_; }
+    /// What CARD says now.
     const CardDescription& description() const { return description_; }
 
     /// Why the folder did not take the last change that failed; empty: none failed.

@@ -11,8 +11,8 @@ namespace tovi {
 /// What the card behind a channel understands beside short commands; its historical bytes or
 /// EF(ATR) say so (ISO/IEC 7816-4).
 struct TOVI_API CardCapabilities {
-    bool extendedLength = false;
-    bool commandChaining = false;
+    bool extendedLength = false;   ///< extended length fields
+    bool commandChaining = false;  ///< data in several commands, CLA 10
     /// The most octets for one read and one write; 0: as many as the length fields carry, with
     /// chaining 65535.
     std::size_t maxRead = 0;
@@ -26,6 +26,7 @@ struct TOVI_API CardCapabilities {
 /// Sends at most one repetition per command, and GET RESPONSE only as long as each brings data.
 class TOVI_API CommandExchange {
 public:
+    /// `channel` must outlive this object.
     CommandExchange(ICardChannel& channel, const CardCapabilities& capabilities);
 
     /// Sends `command`, and returns all its data with the last status word.
@@ -35,6 +36,7 @@ public:
     /// longest response holds; and what the channel throws.
     ResponseApdu send(const CommandApdu& command, const char* operation);
 
+    /// The most octets that one response brings, and that one command carries as data.
     std::size_t maxRead() const { return maxRead_; }
     std::size_t maxWrite() const { return maxWrite_; }
 

@@ -11,11 +11,12 @@ namespace tovi {
 /// Passes commands on and counts them.
 class TOVI_API CountingChannel final : public ICardChannel {
 public:
+    /// What was counted so far.
     struct Counts {
         std::size_t commands = 0;        ///< including those that the channel failed on
         std::size_t octetsToCard = 0;    ///< headers and length fields included
         std::size_t octetsFromCard = 0;  ///< status words included
-        std::map<std::uint8_t, std::size_t> byInstruction;
+        std::map<std::uint8_t, std::size_t> byInstruction;  ///< commands by INS
     };
 
     /// `channel` must outlive this object.
@@ -23,6 +24,7 @@ public:
 
     Blob transmit(const Blob& command) override;
 
+    /// The counts since construction or the last clear().
     const Counts& counts() const { return counts_; }
     void clear() { counts_ = {}; }
 

@@ -10,6 +10,7 @@ namespace tovi {
 /// Passes commands on and takes as long as a card on a slow line would.
 class TOVI_API DelayingChannel final : public ICardChannel {
 public:
+    /// The time that the line takes.
     struct Cost {
         std::chrono::nanoseconds command{};  ///< for each command
         std::chrono::nanoseconds octet{};    ///< for each octet in either direction

@@ -13,6 +13,7 @@ namespace tovi {
 /// A failure of which more is known than its constant message, such as a line or a reader.
 class TOVI_API DetailedError : public SmartcardException {
 public:
+    /// Message and operation are constant strings, as of every Exception.
     DetailedError(const char* message, const char* operation, std::string text)
         : SmartcardException(message, operation),
           text_(std::make_shared<const std::string>(std::move(text))) {}

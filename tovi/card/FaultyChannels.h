@@ -13,6 +13,7 @@ namespace tovi {
 /// The card never sees that command; it sees all others.
 class TOVI_API FailingChannel final : public ICardChannel {
 public:
+    /// Picks the commands that fail.
     using Choice = std::function<bool(const Blob& command)>;
     static constexpr std::uint16_t unreachable = 0;  ///< instead of a status word: throws, code 0
 
@@ -36,6 +37,7 @@ private:
 /// A card pulled out at one chosen command: that one and every later one throws with code 0.
 class TOVI_API TearingChannel final : public ICardChannel {
 public:
+    /// When the card comes out.
     enum class Moment {
         beforeCommand,   ///< the chosen command is not performed
         beforeResponse,  ///< it is performed, but the response is lost

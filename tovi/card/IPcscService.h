@@ -15,6 +15,7 @@ namespace tovi {
 /// Results of PC/SC calls that mean something here (PC/SC part 5; the values are those of
 /// <winscard.h>).
 namespace PcscCode {
+/// What the call came to.
 inline constexpr std::uint32_t success = 0;
 inline constexpr std::uint32_t unknownReader = 0x80100009;
 inline constexpr std::uint32_t timeout = 0x8010000A;
@@ -36,6 +37,7 @@ inline constexpr std::uint32_t removedCard = 0x80100069;
 
 /// Bits of a reader's state. The upper 16 bits count insertions and removals.
 namespace PcscState {
+/// A bit of the state.
 inline constexpr std::uint32_t changed = 0x0002;
 inline constexpr std::uint32_t empty = 0x0010;
 inline constexpr std::uint32_t present = 0x0020;
@@ -46,7 +48,7 @@ inline constexpr std::uint32_t mute = 0x0200;
 
 /// One row of IPcscService::getStatusChange.
 struct PcscReaderState {
-    std::string reader;
+    std::string reader;       ///< its name
     std::uint32_t known = 0;  ///< the state as the caller knows it; 0: it does not
     std::uint32_t state = 0;  ///< the state as it is
     Blob atr = {};            ///< answer to reset of the card; empty without one
@@ -54,20 +56,23 @@ struct PcscReaderState {
 
 /// A connected card.
 struct PcscConnection {
-    std::int64_t handle = 0;
-    bool isT0 = false;  ///< T=0 is spoken with the card, else T=1
+    std::int64_t handle = 0;  ///< as the service gave it
+    bool isT0 = false;        ///< T=0 is spoken with the card, else T=1
 };
 
 /// The calls of PC/SC that tovi makes, each returning the code that PC/SC gave, so that tests can
 /// stand in for the service. One object is one context of the service; not thread-safe.
 class TOVI_API IPcscService {
 public:
+    /// A PcscCode, or another number that the service returns.
     using Code = std::uint32_t;
     virtual ~IPcscService() = default;
 
+    /// Begins the context.
     virtual Code establish() = 0;
     /// Ends what establish() began.
     virtual void release() noexcept = 0;
+    /// The names of all readers.
     virtual Code listReaders(std::vector<std::string>& names) = 0;
     /// Returns as soon as one of the states differs from the known one; PcscCode::timeout when none
     /// did within `patience`.
@@ -82,11 +87,12 @@ public:
     virtual void disconnect(const PcscConnection& connection) noexcept = 0;
     /// Keeps others from the card; waits for as long as another transaction lasts.
     virtual Code beginTransaction(const PcscConnection& connection) = 0;
+    /// Ends what beginTransaction() began; the card is left as it is.
     virtual void endTransaction(const PcscConnection& connection) noexcept = 0;
     /// Sends the octets as they are. Success may come with fewer than two octets.
     virtual Code transmit(const PcscConnection& connection, ASN1::View command, Blob& response) = 0;
 
-    // Time, because waiting is a matter of it.
+    /// Time, because waiting is a matter of it: the steady clock, and the thread asleep.
     virtual std::chrono::steady_clock::time_point now() const;
     virtual void sleep(std::chrono::milliseconds time);
 };

@@ -48,6 +48,7 @@ public:
     PcscChannel(const PcscChannel&) = delete;
     PcscChannel& operator=(const PcscChannel&) = delete;
 
+    /// The reader's whole name.
     const std::string& reader() const { return reader_; }
 
     Blob transmit(const Blob& command) override;

@@ -17,12 +17,13 @@ struct PcscReader {
     /// `inUse`: another program has the card open. `mute`: the card gives no answer to reset.
     enum class State : std::uint8_t { empty, present, inUse, mute };
 
-    std::string name;
-    State state = State::empty;
-    Blob atr = {};  ///< answer to reset; empty where the card gave none
+    std::string name;            ///< as the service spells it
+    State state = State::empty;  ///< see State
+    Blob atr = {};               ///< answer to reset; empty where the card gave none
     /// Counts insertions and removals, as far as 16 bits reach: the same number is the same card.
     std::uint16_t events = 0;
 
+    /// Whether there is a card, mute or in use or not.
     bool hasCard() const { return state != State::empty; }
 };
 
@@ -40,6 +41,7 @@ public:
     PcscReaders(const PcscReaders&) = delete;
     PcscReaders& operator=(const PcscReaders&) = delete;
 
+    /// The service, for calls of its own.
     IPcscService& service() { return service_; }
 
     /// All readers, in the order of the service; none is no failure.

@@ -10,7 +10,7 @@ namespace tovi {
 
 /// What a card says of a PIN (ISO/IEC 7816-4:2005, 7.5.6).
 struct PinState {
-    bool isVerified = false;
+    bool isVerified = false;            ///< the card has accepted it since it was last reset
     bool isBlocked = false;             ///< no try is left
     std::optional<unsigned> triesLeft;  ///< none when the card does not tell
 };

@@ -5,6 +5,7 @@
 /// Status words by meaning (ISO/IEC 7816-4:2005, 5.1.3).
 namespace tovi::StatusWord {
 
+/// The status word of that meaning (SW1 and SW2).
 inline constexpr std::uint16_t success = 0x9000;
 inline constexpr std::uint16_t moreData = 0x6100;  ///< low octet: octets still there, 0 for 256
 inline constexpr std::uint16_t endOfFile = 0x6282;

@@ -20,6 +20,7 @@ namespace tovi {
 class TOVI_API TraceChannel final : public ICardChannel {
 public:
     using Sink = std::function<void(const std::string& line)>;  ///< without line end
+    /// The time now, from any beginning.
     using Clock = std::function<std::chrono::nanoseconds()>;
 
     /// `channel` must outlive this object. Without `clock` the steady clock is read.

@@ -58,7 +58,8 @@ public:
     /// What the card holds, for a look or a change behind the back of its users.
     VirtualFileSystem& files() { return files_; }
     const VirtualFileSystem& files() const { return files_; }
-    const VirtualPins& pins() const { return pins_; }
+    const VirtualPins& pins() const { return pins_; }  ///< the PINs and their tries
+    /// How the card behaves; may be changed at any time.
     VirtualCardSettings& settings() { return settings_; }
 
     /// Every accepted change goes to `storage` first, which must outlive the card; null: nowhere.
@@ -132,6 +133,7 @@ private:
 /// The virtual card as a channel. The card must outlive it, and may have several.
 class TOVI_API VirtualCardChannel final : public ICardChannel {
 public:
+    /// A channel to `card`.
     explicit VirtualCardChannel(VirtualCard& card) : card_(card) {}
     Blob transmit(const Blob& command) override { return card_.process(command); }
 

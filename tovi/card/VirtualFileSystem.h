@@ -14,14 +14,17 @@ namespace tovi {
 
 /// One file of a virtual card and what it holds.
 struct TOVI_API VirtualFile {
+    /// DF, or the structure of an elementary file.
     using Kind = FileDescription::Kind;
 
-    FileDescription description;
+    FileDescription description;    ///< its line in CARD
     VirtualFile* parent = nullptr;  ///< null for the master file
     Blob contents;                  ///< of a transparent file: description.size octets
     std::vector<Blob> records;      ///< of a linear file
 
+    /// The file identifier: the last step of the path.
     std::uint16_t fid() const;
+    /// Whether it is a DF, or a linear elementary file.
     bool isFolder() const { return description.kind == Kind::df; }
     bool isLinear() const {
         return description.kind == Kind::linearVariable || description.kind == Kind::linearFixed;
@@ -42,6 +45,7 @@ public:
     /// file description".
     VirtualFile& add(const FileDescription& description);
 
+    /// The master file, 3F00.
     VirtualFile& masterFile() { return files_.front(); }
     const VirtualFile& masterFile() const { return files_.front(); }
 

@@ -89,9 +89,9 @@ public:
     /// Fills getTokenInfo() and takes row 0 of the file-allocation table. Throws "invalid
     /// TokenInfo", "TokenInfo must be record[0]".
     void initTokenInfo();
-    // Each appends one info, and but for initAuthObjs one row of the file-allocation table, for
-    // every record of its kind that was read, in file order. A record that did not decode, or is of
-    // an alternative that is not known, gets default fields and a row of type 64.
+    /// Each appends one info, and but for initAuthObjs one row of the file-allocation table, for
+    /// every record of its kind that was read, in file order. A record that did not decode, or is
+    /// of an alternative that is not known, gets default fields and a row of type 64.
     void initPrivateKeyInfos();
     void initPublicKeyInfos();
     void initCertificateInfos();
@@ -105,13 +105,12 @@ public:
     void initAuthObjs();
 
     // ---- lookup ----
-    //
-    // get...Info throws "invalid record number" (operation "PKCS15Container::checkObjectType") for
-    // a record number beyond the table, "invalid object type" for a row of another type, "invalid
-    // record number" for a row without info, both with "PKCS15Container::getInfo". ref...Info gives
-    // a reference to change the record through; its operation is "PKCS15Container::refInfo".
-    // References hold until the list changes.
 
+    /// get...Info throws "invalid record number" (operation "PKCS15Container::checkObjectType") for
+    /// a record number beyond the table, "invalid object type" for a row of another type, "invalid
+    /// record number" for a row without info, both with "PKCS15Container::getInfo". ref...Info
+    /// gives a reference to change the record through; its operation is "PKCS15Container::refInfo".
+    /// References hold until the list changes.
     const PKCS15ObjectInfo<PrivateKeyInfo>& getPrivateKeyInfo(unsigned long recordNumber) const;
     PKCS15ObjectInfo<PrivateKeyInfo>& refPrivateKeyInfo(unsigned long recordNumber);
     const PKCS15ObjectInfo<PublicKeyInfo>& getPublicKeyInfo(unsigned long recordNumber) const;
@@ -138,10 +137,10 @@ public:
     /// when the row has another type.
     void checkObjectType(unsigned long recordNumber, unsigned char type, const char* where) const;
 
-    // ---- the whole model, in the order of the files; element i of an info list and of the raw
-    // list
-    // ---- of its kind are one object
+    // ---- the whole model ----
 
+    /// In the order of the files; element i of an info list and of the raw list of its kind are one
+    /// object. The references hold until the container changes.
     const PKCS15TokenInfo& getTokenInfo() const { return tokenInfo; }
     const std::vector<FATInfo>& getFATRecords() const { return fatRecords; }
     const InfoList<PrivateKeyInfo>& getPrivateKeyInfos() const { return privateKeyInfos; }
@@ -163,6 +162,7 @@ public:
     const InfoList<ContainerInfo>& getContainerInfos() const { return containerInfos; }
     const InfoList<AuthInfo>& getAuthInfos() const { return authInfos; }
 
+    /// The decoded records of the files, in their order; those that did not decode are among them.
     const RawList<PKCS15::TokenInfo>& getRawTokenInfos() const { return rawTokenInfos; }
     const RawList<PKCS15::PKCS15Objects>& getRawODF() const { return rawODF; }
     const RawList<PKCS15::PrivateKeyType>& getRawPrivateKeys() const { return rawPrivateKeys; }
@@ -200,20 +200,20 @@ public:
     std::uint16_t getFreeFID(std::uint16_t startFID, unsigned char objectType) const;
 
     // ---- writing ----
-    //
-    // write...Info adds a record to the directory file of its kind, gives the object the lowest
-    // free record number and returns it, also in info.recordNumber. update...Info rewrites the
-    // record of the object that info.recordNumber names; what infos do not model survives on the
-    // card. `os` null updates the model alone.
-    //
-    // All throw SmartcardException with the operation "PKCS15Container::writeInfo" or
-    // "PKCS15Container::updateInfo". Before anything is written: "encode info failed" for an info
-    // that is not valid, or while the model is not in step with what was read (a read that failed);
-    // what the entry coder of the kind throws; for updates also "invalid record number" and
-    // "invalid object type", as lookups do. When the card refuses a command: "not enough memory",
-    // code 0x16A84, whatever its status word. Other failures of the directory file pass through
-    // (see ProfileDFHandler). Card and model then agree: the record stands in both or in neither.
 
+    /// write...Info adds a record to the directory file of its kind, gives the object the lowest
+    /// free record number and returns it, also in info.recordNumber. update...Info rewrites the
+    /// record of the object that info.recordNumber names; what infos do not model survives on the
+    /// card. `os` null updates the model alone.
+    ///
+    /// All throw SmartcardException with the operation "PKCS15Container::writeInfo" or
+    /// "PKCS15Container::updateInfo". Before anything is written: "encode info failed" for an info
+    /// that is not valid, or while the model is not in step with what was read (a read that
+    /// failed); what the entry coder of the kind throws; for updates also "invalid record number"
+    /// and "invalid object type", as lookups do. When the card refuses a command: "not enough
+    /// memory", code 0x16A84, whatever its status word. Other failures of the directory file pass
+    /// through (see ProfileDFHandler). Card and model then agree: the record stands in both or in
+    /// neither.
     unsigned long writePrivateKeyInfo(ISCardOS* os, PKCS15ObjectInfo<PrivateKeyInfo>& info);
     void updatePrivateKeyInfo(ISCardOS* os, const PKCS15ObjectInfo<PrivateKeyInfo>& info);
     /// Also links the private key of record `privateKeyRecordNumber` to the new public key, unless

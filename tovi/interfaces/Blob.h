@@ -20,6 +20,7 @@ using byte_array = Blob;
 class TOVI_API MBlob {
 public:
     MBlob() = default;
+    /// Copies the octets; the caller wipes its own.
     explicit MBlob(ASN1::View octets) : octets_(octets.begin(), octets.end()) {}
     MBlob(const MBlob&) = default;
     MBlob(MBlob&& other) noexcept { octets_.swap(other.octets_); }
@@ -29,6 +30,7 @@ public:
     }
     ~MBlob() { wipe(); }
 
+    /// The octets, to look at or change in place.
     std::uint8_t* data() { return octets_.data(); }
     std::size_t size() const { return octets_.size(); }
     bool empty() const { return octets_.empty(); }

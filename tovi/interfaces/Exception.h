@@ -11,6 +11,7 @@ namespace tovi {
 /// that live as long as the program.
 class TOVI_API Exception {
 public:
+    /// Both strings must live as long as the program.
     Exception(const char* message, const char* operation, std::int64_t code = 0) noexcept
         : message_(message), operation_(operation), code_(code) {}
     Exception(const Exception&) = default;

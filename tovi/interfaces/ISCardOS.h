@@ -13,6 +13,7 @@ enum class FileStructure : std::uint8_t { transparent, linearFixed, linearVariab
 
 /// What selecting an elementary file tells. A member that the card leaves out is 0.
 struct TOVI_API FileInfo {
+    /// How the file holds its octets.
     FileStructure structure = FileStructure::transparent;
     std::size_t size = 0;         ///< octets of a transparent file
     std::size_t recordSize = 0;   ///< octets of a record: exact when fixed, the most when variable

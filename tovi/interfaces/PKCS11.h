@@ -2,18 +2,19 @@
 
 namespace tovi {
 
-// Numbers of PKCS#11 v2.20 that the model uses: key types (CKK_) and attributes (CKA_).
-
 /// What PKCS11Attrs::GetParam gives for a boolean attribute that is true.
 inline constexpr unsigned char CK_TRUE = 1;
 
+/// Key types (PKCS#11 v2.20).
 inline constexpr unsigned long CKK_RSA = 0;
 inline constexpr unsigned long CKK_DSA = 1;
 inline constexpr unsigned long CKK_DH = 2;
 inline constexpr unsigned long CKK_EC = 3;
 
+/// Certificate types (PKCS#11 v2.20).
 inline constexpr unsigned long CKC_X_509 = 0;
 
+/// Attributes that the model uses (PKCS#11 v2.20).
 inline constexpr unsigned long CKA_PRIVATE = 0x2;
 inline constexpr unsigned long CKA_ENCRYPT = 0x104;
 inline constexpr unsigned long CKA_DECRYPT = 0x105;

@@ -41,8 +41,8 @@ public:
 
     /// One attribute and its octets.
     struct Param {
-        unsigned long attribute = 0;
-        Blob value;
+        unsigned long attribute = 0;  ///< CKA_ number
+        Blob value;                   ///< its octets
         friend bool operator==(const Param&, const Param&) = default;
     };
     /// All attributes, in numeric order.

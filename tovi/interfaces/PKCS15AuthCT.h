@@ -26,8 +26,10 @@ struct PKCS15ObjectInfo;
 /// the record was understood and its access control part is acceptable.
 class TOVI_API PKCS15AuthCT {
 public:
+    /// What an authentication object becomes.
     using Info = PKCS15ObjectInfo<AuthInfo>;
 
+    /// Fills `info` from a record of the alternative that the function names; see above.
     static bool decodePinInfo(Info& info,
                               const PKCS15::AuthenticationObject<PKCS15::PinAttributes>& object);
     static bool decodeBioInfo(

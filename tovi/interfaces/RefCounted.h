@@ -9,6 +9,7 @@ namespace tovi {
 /// A mutex under the name that the reference count uses.
 class TOVI_API SyncObject {
 public:
+    /// Waits for the mutex and takes it; gives it back.
     void Lock() { mutex_.lock(); }
     void Unlock() { mutex_.unlock(); }
 
@@ -20,6 +21,7 @@ private:
 template <class Sync>
 class TOVI_API GuardT {
 public:
+    /// Locks `sync`, which must outlive the guard.
     explicit GuardT(Sync& sync) : sync_(sync) { sync_.Lock(); }
     ~GuardT() { sync_.Unlock(); }
     GuardT(const GuardT&) = delete;
@@ -48,11 +50,13 @@ public:
     RefCounterImpl(const RefCounterImpl&) = delete;
     RefCounterImpl& operator=(const RefCounterImpl&) = delete;
 
+    /// As IRefCounted says, from any thread.
     void AddRef() override {
         GuardT<Sync> guard(sync_);
         ++count_;
     }
 
+    /// As IRefCounted says, from any thread.
     void Release() override {
         if (decremented() == 0) destruct();
     }

@@ -51,6 +51,7 @@ struct TOVI_API PinFlags : ASN1::BIT_STRING {
 ///     PinType ::= ENUMERATED { bcd, ascii-numeric, utf8, ..., half-nibble-bcd, iso9564-1 }
 struct TOVI_API PinType : ASN1::ENUMERATED {
     using ASN1::ENUMERATED::ENUMERATED;
+    /// The numbers that the notation names.
     enum Number : std::int64_t { bcd, ascii_numeric, utf8, half_nibble_bcd, iso9564_1 };
     static const ASN1::Type type;
 };
@@ -100,6 +101,7 @@ struct TOVI_API BiometricFlags : ASN1::BIT_STRING {
 /// The ENUMERATED in place of FingerPrint.hand and IrisScan.eye.
 struct TOVI_API BodySide : ASN1::ENUMERATED {
     using ASN1::ENUMERATED::ENUMERATED;
+    /// The numbers that the notation names.
     enum Number : std::int64_t { left, right };
     static const ASN1::Type type;
 };
@@ -107,6 +109,7 @@ struct TOVI_API BodySide : ASN1::ENUMERATED {
 /// The ENUMERATED in place of FingerPrint.finger.
 struct TOVI_API Finger : ASN1::ENUMERATED {
     using ASN1::ENUMERATED::ENUMERATED;
+    /// The numbers that the notation names.
     enum Number : std::int64_t { thumb, pointerFinger, middleFinger, ringFinger, littleFinger };
     static const ASN1::Type type;
 };

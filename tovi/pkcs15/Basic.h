@@ -42,6 +42,7 @@ TOVI_API extern const ASN1::Type referenceType;
 ///         idType   KEY-IDENTIFIER.&id ({IdentifierSet}),
 ///         idValue  KEY-IDENTIFIER.&Value ({IdentifierSet}{@idType}) }
 struct TOVI_API CredentialIdentifier : ASN1::Sequence<CredentialIdentifier> {
+    /// The kinds of identifier by their number.
     enum IdType {
         issuerAndSerialNumber = 1,
         subjectKeyId = 2,

@@ -60,6 +60,7 @@ struct TOVI_API CommonKeyAttributes : ASN1::Sequence<CommonKeyAttributes> {
     ASN1::Unknown unknown;
     static const ASN1::Type type;
 
+    /// Sets the member.
     void set_native(bool isNative) { native = isNative; }
     void set_keyReference(std::uint64_t reference) { keyReference = reference; }
 };
@@ -105,6 +106,7 @@ struct TOVI_API CommonSecretKeyAttributes : ASN1::Sequence<CommonSecretKeyAttrib
     ASN1::Unknown unknown;
     static const ASN1::Type type;
 
+    /// Sets the member.
     void set_keyLen(std::uint32_t bits) { keyLen = bits; }
 };
 

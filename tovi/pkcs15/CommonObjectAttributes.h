@@ -34,6 +34,7 @@ struct TOVI_API AccessMode : ASN1::BIT_STRING {
 ///         ... }
 struct TOVI_API SecurityCondition : ASN1::Choice<SecurityCondition> {
     enum Alternative : std::size_t { authId, not_, and_, or_, unknown, none };
+    /// The conditions that `and` or `or` joins.
     using List = std::vector<SecurityCondition>;
     std::variant<Identifier, ASN1::Boxed<SecurityCondition>, List, List, ASN1::OpenData,
                  std::monostate>
@@ -70,7 +71,7 @@ struct TOVI_API CommonObjectAttributes : ASN1::Sequence<CommonObjectAttributes> 
     ASN1::Boxed<std::vector<AccessControlRule>> accessControlRules;
     static const ASN1::Type type;
 
-    // These bring their member into being unless it is there.
+    /// Brings the member into being unless it is there, or sets it.
     Label& set_label() { return label ? *label : label.emplace(); }
     CommonObjectFlags& set_flags() { return flags ? *flags : flags.emplace(); }
     Identifier& set_authId() { return authId ? *authId : authId.emplace(); }

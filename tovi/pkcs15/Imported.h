@@ -156,7 +156,7 @@ TOVI_API extern const ASN1::Type recipientInfosType;
 ///         type    OBJECT IDENTIFIER,
 ///         values  SET OF ANY }
 struct TOVI_API Attribute : ASN1::Sequence<Attribute> {
-    ASN1::OBJECT_IDENTIFIER attributeType;
+    ASN1::OBJECT_IDENTIFIER attributeType;  ///< `type` in the notation
     std::vector<ASN1::OpenData> values;
     static const ASN1::Type type;
 };

@@ -40,9 +40,10 @@ using PublicKeyOperations = Operations;
 ///             supportedOperations  OperationsType OPTIONAL } }
 template <class ParameterType, class OperationsType>
 struct TOVI_API KeyInfo : ASN1::Choice<KeyInfo<ParameterType, OperationsType>> {
+    /// The SEQUENCE of the alternative paramsAndOps.
     struct ParamsAndOps : ASN1::Sequence<ParamsAndOps> {
-        ParameterType parameters;
-        std::optional<OperationsType> supportedOperations;
+        ParameterType parameters;                           ///< of the key's algorithm
+        std::optional<OperationsType> supportedOperations;  ///< what the key can do
 
         static constexpr ASN1::Member members[] = {
             ASN1::schema::mandatory<&ParamsAndOps::parameters>("parameters"),

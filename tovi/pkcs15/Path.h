@@ -30,11 +30,12 @@ struct TOVI_API FilePath : ASN1::OCTET_STRING {
 ///         index   INTEGER (0..pkcs15-ub-index) OPTIONAL,
 ///         length  [0] INTEGER (0..pkcs15-ub-index) OPTIONAL }
 struct TOVI_API Path : ASN1::Sequence<Path> {
-    FilePath efidOrPath;
+    FilePath efidOrPath;                  ///< `path` in the notation
     std::optional<std::uint64_t> index;   ///< offset of the first octet, or a record number
     std::optional<std::uint64_t> length;  ///< in octets
     static const ASN1::Type type;
 
+    /// Sets the member.
     void set_index(std::uint64_t offset) { index = offset; }
     void set_length(std::uint64_t octets) { length = octets; }
 };
@@ -50,8 +51,8 @@ struct TOVI_API DigestInfoWithDefault : ASN1::Sequence<DigestInfoWithDefault> {
 
 /// The SEQUENCE in place of URL.urlWithDigest.
 struct TOVI_API UrlWithDigest : ASN1::Sequence<UrlWithDigest> {
-    ASN1::IA5String url;
-    DigestInfoWithDefault digest;
+    ASN1::IA5String url;           ///< where the value is
+    DigestInfoWithDefault digest;  ///< of the value there
     static const ASN1::Type type;
 };
 

@@ -73,6 +73,7 @@ struct TOVI_API SecretKeyType : ASN1::Choice<SecretKeyType> {
         unknown,
         none,
     };
+    /// Every alternative but otherKey has one shape.
     using Object = SecretKeyObject<GenericSecretKeyAttributes>;
     std::variant<Object, Object, Object, Object, Object, Object, Object, Object, Object, Object,
                  Object, Object, Object, Object, Object, ASN1::Boxed<OtherKey>, ASN1::OpenData,

@@ -31,8 +31,8 @@ struct TOVI_API ManagedKeyInfo : ASN1::Choice<ManagedKeyInfo> {
 
 /// The SEQUENCE in place of KeyManagementInfo's elements.
 struct TOVI_API ManagedKey : ASN1::Sequence<ManagedKey> {
-    Identifier keyId;
-    ManagedKeyInfo keyInfo;
+    Identifier keyId;        ///< of the key that is managed
+    ManagedKeyInfo keyInfo;  ///< how it is managed
     static const ASN1::Type type;
 };
 

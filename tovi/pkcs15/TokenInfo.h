@@ -58,11 +58,12 @@ struct TOVI_API RecordInfo : ASN1::Sequence<RecordInfo> {
 /// has a [1] OCTET STRING in its place, which is kept in `otherForm` and written back until a
 /// number is assigned.
 struct TOVI_API AlgorithmReference {
-    std::uint64_t number = 0;
+    std::uint64_t number = 0;  ///< 0 with another form
     ASN1::Boxed<ASN1::OpenData> otherForm;
 
     AlgorithmReference() = default;
     AlgorithmReference(std::uint64_t reference) : number(reference) {}
+    /// The number.
     operator std::uint64_t() const { return number; }
     static const ASN1::Type type;
 };
@@ -75,7 +76,8 @@ struct TOVI_API AlgorithmReference {
 ///         parameters           PKCS15-ALGORITHM.&Parameters ({AlgorithmSet}{@algorithm}),
 ///         supportedOperations  PKCS15-ALGORITHM.&Operations ({AlgorithmSet}{@algorithm}),
 ///         algId                PKCS15-ALGORITHM.&objectIdentifier ({AlgorithmSet}{@algorithm})
-///         OPTIONAL, algRef               Reference OPTIONAL }
+///                              OPTIONAL,
+///         algRef               Reference OPTIONAL }
 struct TOVI_API AlgorithmInfo : ASN1::Sequence<AlgorithmInfo> {
     AlgorithmReference reference;
     ASN1::INTEGER algorithm;  ///< a PKCS#11 mechanism number
@@ -133,7 +135,7 @@ struct TOVI_API TokenInfo : ASN1::Sequence<TokenInfo> {
     std::optional<ASN1::PrintableString> preferredLanguage;
     static const ASN1::Type type;
 
-    // These bring their member into being unless it is there.
+    /// Brings the member into being unless it is there.
     Label& set_label() { return label ? *label : label.emplace(); }
     Label& set_manufacturerID() {
         return manufacturerID ? *manufacturerID : manufacturerID.emplace();

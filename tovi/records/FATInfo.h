@@ -29,10 +29,10 @@ enum ObjectType : std::uint8_t {
 
 /// One row of the file-allocation table: a plain value of six octets.
 struct TOVI_API FATInfo {
-    std::uint8_t objectType = freeRow;
-    std::uint8_t isPrivate = 0xFF;  ///< 0 or 1; 0xFF in a free row
-    std::uint16_t indexA = 0xFFFF;  ///< the row's own index, low 16 bits
-    std::uint16_t indexB = 0xFFFF;  ///< the same
+    std::uint8_t objectType = freeRow;  ///< an ObjectType
+    std::uint8_t isPrivate = 0xFF;      ///< 0 or 1; 0xFF in a free row
+    std::uint16_t indexA = 0xFFFF;      ///< the row's own index, low 16 bits
+    std::uint16_t indexB = 0xFFFF;      ///< the same
 
     friend bool operator==(const FATInfo&, const FATInfo&) = default;
 };

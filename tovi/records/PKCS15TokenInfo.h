@@ -20,23 +20,23 @@ struct TOVI_API PKCS15AlgorithmInfo {
 
 /// The names that the token goes by.
 struct TOVI_API TokenInfo : PKCS11Attrs {
-    Blob label;
-    Blob serialNumber;
+    Blob label;                  ///< for people, UTF-8
+    Blob serialNumber;           ///< serialNumber of the TokenInfo
     std::uint8_t tokenAux1 = 0;  ///< 0xFF after reading; carried for callers like the next two
-    std::uint8_t tokenAux2 = 0;
-    std::uint8_t tokenAux3 = 0;
+    std::uint8_t tokenAux2 = 0;  ///< carried for callers
+    std::uint8_t tokenAux3 = 0;  ///< carried for callers
 };
 
 /// EF(TokenInfo) as a plain record (PKCS#15 v1.1).
 struct TOVI_API PKCS15TokenInfo {
-    Blob manufacturerID;
-    bool readonly = false;
-    bool loginRequired = true;
-    bool prnGeneration = false;
-    bool eidCompliant = false;
-    std::uint64_t version = 0;
-    std::vector<PKCS15AlgorithmInfo> supportedAlgorithms;
-    TokenInfo info;
+    Blob manufacturerID;                                   ///< for people, UTF-8
+    bool readonly = false;                                 ///< nothing may be written
+    bool loginRequired = true;                             ///< a PIN has to be given before use
+    bool prnGeneration = false;                            ///< makes random numbers
+    bool eidCompliant = false;                             ///< the flag of that name
+    std::uint64_t version = 0;                             ///< of PKCS#15; 0 is v1
+    std::vector<PKCS15AlgorithmInfo> supportedAlgorithms;  ///< in the order of the card
+    TokenInfo info;                                        ///< names, and attributes
 };
 
 }  // namespace tovi

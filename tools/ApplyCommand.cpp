@@ -6,7 +6,6 @@
 
 #include "tools/CardAccess.h"
 #include "tools/Command.h"
-#include "tools/Course.h"
 #include "tools/JsonInput.h"
 #include "tools/Login.h"
 #include "tools/Model.h"
@@ -48,7 +47,7 @@ auto within(const std::string& name, Step step) {
 class Performance {
 public:
     Performance(Invocation& call, CardAccess& card, PKCS15Container& model)
-        : call_(call), card_(card), model_(model), course_(model) {}
+        : call_(call), card_(card), model_(model) {}
 
     /// False when the user asked to stop before the end.
     bool performAll(const std::vector<OperationPointer>& operations, bool keepGoing);
@@ -65,7 +64,6 @@ private:
     Invocation& call_;
     CardAccess& card_;
     PKCS15Container& model_;
-    Course course_;
     Json results_ = Json::array();
     TextTable table_{{"operation", "object", "result"}};
     bool hasFailed_ = false;
@@ -107,16 +105,12 @@ void Performance::perform(const Operation& operation, ProgressBar& progress) {
     Json result = operation.head();
     std::optional<ErrorReport> error;
     try {
-        if (course_.leadsAstray(operation)) operation.failAsMissing(model_, card_.os());
         operation.perform(model_, card_.os(), result);
     } catch (const Exception& exception) {
         error = call_.explained(ErrorReport::of(exception));
     } catch (const std::exception& exception) {
         error = ErrorReport::of(exception, call_.operation());
     }
-    // An object that was written stands, whatever failed behind it.
-    const bool isWritten = result["op"] == "write" && result.contains("recordNumber");
-    course_.advance(operation, !error || isWritten);
     if (error) {
         progress.hide();
         addFailure(operation, *error, result);
@@ -131,6 +125,7 @@ void Performance::addFailure(const Operation& operation, const ErrorReport& erro
     const std::string place = fmt::format("operations[{}]", count());
     const bool isNamed = error.message.rfind(place, 0) == 0;
     call_.console().err << "tovi: " << (isNamed ? "" : place + ": ") << error.line() << std::endl;
+    // An object that was written stands, whatever failed behind it.
     const bool isWritten = result["op"] == "write" && result.contains("recordNumber");
     const std::string written = isWritten ? resultText(operation, result) + ", but " : "";
     table_.add({result["op"], operation.object(), written + "failed: " + error.message});
@@ -166,10 +161,11 @@ ExitCode ApplyCommand::run(Invocation& call) {
     CardAccess card(call, CardFolder::Mode::readWrite);
     const ContainerPointer model = readModel(call, card);
     within(nameOfList(), [&] {
-        Forecast forecast(*model);
-        for (std::size_t i = 0; i < operations.size(); ++i) {
-            operations[i]->judge(forecast);
-            operations[i]->foretell(forecast, i);
+        Forecast forecast(*model,
+                          keepGoing_ ? Forecast::AfterFailure::goOn : Forecast::AfterFailure::stop);
+        for (const OperationPointer& operation : operations) {
+            operation->judge(forecast);
+            operation->foretell(forecast);
         }
     });
     Performance performance(call, card, *model);

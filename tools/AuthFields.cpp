@@ -27,6 +27,8 @@ void setPadChar(AuthInfo& info, const Place& value) {
 
 /// Which finger or eye it is, no field tells; a record has to name one.
 void setBioType(AuthInfo& info, const Place& value) {
+    info.bioType = noAuthValue;
+    if (value.isNull()) return;
     info.bioType = nameField(value, biometricTypeNumber);
     if (info.side == noAuthValue) info.side = 0;
     if (info.finger == noAuthValue) info.finger = 0;
@@ -46,7 +48,7 @@ bool setPinField(AuthInfo& info, const std::string& name, const Place& value) {
     } else if (name == "padChar") {
         setPadChar(info, value);
     } else if (name == "lastPinChange") {
-        info.lastChange = optionalTextField(value);
+        info.lastChange = textField(value);
     } else {
         return false;
     }
@@ -61,7 +63,7 @@ bool setBiometricField(AuthInfo& info, const std::string& name, const Place& val
     } else if (name == "bioType") {
         setBioType(info, value);
     } else if (name == "lastChange") {
-        info.lastChange = optionalTextField(value);
+        info.lastChange = textField(value);
     } else {
         return false;
     }
@@ -72,7 +74,7 @@ bool setAuthKeyField(AuthInfo& info, const std::string& name, const Place& value
     if (name == "derivedKey") {
         info.derivedKey = value.boolean();
     } else if (name == "authKeyId") {
-        info.authKeyId = identifierField(value);
+        info.authKeyId = octetsField(value);
     } else {
         return false;
     }
@@ -83,7 +85,7 @@ bool setAuthKeyField(AuthInfo& info, const std::string& name, const Place& value
 
 bool setAuthField(AuthInfo& info, const std::string& name, const Place& value) {
     if (name == "authObjectId") {
-        info.authObjectId = identifierField(value);
+        info.authObjectId = octetsField(value);
         return true;
     }
     switch (info.type) {
@@ -94,7 +96,7 @@ bool setAuthField(AuthInfo& info, const std::string& name, const Place& value) {
         case AuthType::authKey:
             return setAuthKeyField(info, name, value);
         case AuthType::external:
-            if (name == "cha") info.cha = value.octets();
+            if (name == "cha") info.cha = octetsField(value);
             return name == "cha";
         case AuthType::none:
             return false;

@@ -1,7 +1,7 @@
 #include <fmt/format.h>
 
+#include "tools/AuthName.h"
 #include "tools/Operation.h"
-#include "tovi/interfaces/Exception.h"
 
 namespace tovi {
 namespace {
@@ -13,13 +13,9 @@ public:
 
     Json head() const override { return {{"op", "delete"}, {"recordNumber", record_}}; }
     std::string object() const override { return fmt::format("record {}", record_); }
-    NamedObjects names() const override { return {.records = {record_}}; }
-    void foretell(Forecast& forecast, std::size_t) const override { forecast.erase(record_); }
+    void foretell(Forecast& forecast) const override { forecast.erase(record_); }
     void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         model.deleteObjectInfo(&os, record_);
-    }
-    void failAsMissing(PKCS15Container& model, ISCardOS& os) const override {
-        model.deleteObjectInfo(&os, noRecord);
     }
 
 private:
@@ -33,13 +29,9 @@ public:
 
     Json head() const override { return {{"op", "delete"}, {"auth", name_.json()}}; }
     std::string object() const override { return "auth:" + name_.text(); }
-    NamedObjects names() const override { return {.auth = name_}; }
-    void foretell(Forecast& forecast, std::size_t) const override { forecast.eraseAuth(name_); }
+    void foretell(Forecast& forecast) const override { forecast.eraseAuth(name_); }
     void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         deleteAuth(model, os, name_);
-    }
-    void failAsMissing(PKCS15Container&, ISCardOS&) const override {
-        throw noSuchAuthObject("PKCS15Container::deleteAuthInfo");
     }
 
 private:

@@ -6,13 +6,10 @@
 #include <charconv>
 
 #include "tools/FieldNames.h"
-#include "tovi/asn1/Strings.h"
 #include "tovi/interfaces/CardProfile.h"
 
 namespace tovi {
 namespace {
-
-constexpr std::size_t longest = 255;  // pkcs15-ub-label, pkcs15-ub-identifier
 
 /// The arcs that all of `text` is; none when it is no object identifier.
 std::optional<Blob> arcsOf(std::string_view text) {
@@ -35,25 +32,15 @@ std::optional<Blob> arcsOf(std::string_view text) {
 }  // namespace
 
 Blob textField(const JsonPlace& place) {
+    if (place.isNull()) return {};
     const std::string text = place.text();
-    const Blob octets(text.begin(), text.end());
-    if (ASN1::countCharacters(octets) > longest) {
-        place.fail(fmt::format("at most {} characters", longest));
-    }
-    return octets;
+    return Blob(text.begin(), text.end());
 }
 
-Blob optionalTextField(const JsonPlace& place) {
-    return place.isNull() ? Blob() : textField(place);
-}
-
-Blob identifierField(const JsonPlace& place) {
-    const Blob octets = place.octets();
-    if (octets.size() > longest) place.fail(fmt::format("at most {} octets", longest));
-    return octets;
-}
+Blob octetsField(const JsonPlace& place) { return place.isNull() ? Blob() : place.octets(); }
 
 PKCS15Path pathField(const JsonPlace& place) {
+    if (place.isNull()) return {};
     if (!place.json().is_object()) place.fail("{\"path\": ..., \"index\": ..., \"length\": ...}");
     PKCS15Path path;
     for (const auto& [name, value] : place.json().items()) {
@@ -73,6 +60,7 @@ PKCS15Path pathField(const JsonPlace& place) {
 }
 
 Blob arcsField(const JsonPlace& place) {
+    if (place.isNull()) return {};
     const std::string text = place.text();
     if (text.empty()) return {};
     const auto arcs = arcsOf(text);
@@ -97,11 +85,12 @@ std::uint32_t bitsField(const JsonPlace& place, NumberOfName bitOf) {
 
 void addAttributes(PKCS11Attrs& attributes, const JsonPlace& place) {
     if (!place.json().is_object()) place.fail("an object of attributes");
-    for (const auto& [name, value] : place.json().items()) {
+    for (const auto& item : place.json().items()) {
+        const std::string& name = item.key();
         const JsonPlace member = place.at(name);
         const auto number = attributeNumber(name);
         if (!number) member.refuse("no such attribute");
-        if (isBooleanAttribute(*number) && !value.is_string()) {
+        if (isBooleanAttribute(*number)) {
             attributes.SetParam(*number, member.boolean() ? B_CK_TRUE : B_CK_FALSE);
         } else {
             attributes.SetParam(*number, member.octets());

@@ -14,15 +14,16 @@ namespace tovi {
 
 // Values of fields as JsonInfos shows them, read back. All throw UsageError that names the place.
 
-/// A text of at most 255 characters, as octets.
+// How long a value may be, the records say: what they cannot hold fails when it is written.
+
+/// A text, as octets; "" or null for none.
 Blob textField(const JsonPlace& place);
-/// The same, or null for none.
-Blob optionalTextField(const JsonPlace& place);
-/// Octets in hexadecimal, at most 255.
-Blob identifierField(const JsonPlace& place);
-/// {"path", "index", "length"}; the last two may be left out.
+/// Octets in hexadecimal; "" or null for none.
+Blob octetsField(const JsonPlace& place);
+/// {"path", "index", "length"}; the last two may be left out. null for none.
 PKCS15Path pathField(const JsonPlace& place);
-/// An object identifier with dots, as arcs of four octets each; "" for none.
+/// An object identifier with dots, as arcs of four octets each; "" or null for
+/// none.
 Blob arcsField(const JsonPlace& place);
 
 /// A number up to the largest but one of its type, which stands for null.

@@ -17,7 +17,7 @@ namespace {
 
 using Place = JsonPlace;
 
-constexpr std::size_t mostUserConsent = 32767;  // as many as count as valid
+constexpr std::size_t mostUserConsent = 0x7FFFFFFF;
 
 constexpr AuthType authTypes[] = {AuthType::pin, AuthType::biometric, AuthType::authKey,
                                   AuthType::external};
@@ -28,7 +28,7 @@ bool setLabel(Blob& label, const std::string& name, const Place& value) {
     if (name == "label") {
         label = textField(value);
     } else if (name == "labelHex") {
-        label = value.octets();
+        label = octetsField(value);
     } else {
         return false;
     }
@@ -41,7 +41,7 @@ bool setCommon(PKCS15Object& object, const std::string& name, const Place& value
         object.path = pathField(value);
         getFID(object);
     } else if (name == "authId") {
-        object.authId = identifierField(value);
+        object.authId = octetsField(value);
     } else if (name == "isPrivate") {
         object.isPrivate = value.boolean();
     } else if (name == "isModifiable") {

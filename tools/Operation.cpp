@@ -12,7 +12,7 @@ class ReadOperation final : public Operation {
 public:
     Json head() const override { return {{"op", "clearAndRead"}}; }
     std::string object() const override { return ""; }
-    void foretell(Forecast& forecast, std::size_t) const override { forecast.readAgain(); }
+    void foretell(Forecast& forecast) const override { forecast.readAgain(); }
     void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         model.clear();
         model.readFromCard(&os);

@@ -9,7 +9,7 @@ namespace {
 
 using Place = JsonPlace;
 
-constexpr std::size_t mostRecords = 0xFFFF;        // record numbers are the low 16 bits of a row
+constexpr std::size_t mostRecords = 0xFFFFFFFE;
 constexpr std::size_t mostKeyLength = 0x1FFFFFFF;  // in octets; records hold 32 bits of bits
 constexpr std::size_t mostOfALong = 0xFFFFFFFF;
 
@@ -22,7 +22,7 @@ bool setAttribute(PKCS11Attrs& info, const std::string& name, const Place& value
 template <class Info>
 bool setOwnOfKey(PKCS15ObjectInfo<Info>& info, const std::string& name, const Place& value) {
     if (name == "id") {
-        info.id = identifierField(value);
+        info.id = octetsField(value);
     } else if (name == "keyType") {
         const auto keyType = value.isNull() ? noKeyType : keyTypeNumber(value.text());
         if (!keyType) value.fail("RSA, DSA, DH or EC");
@@ -40,13 +40,13 @@ bool setOwnOfKey(PKCS15ObjectInfo<Info>& info, const std::string& name, const Pl
 bool setOwnOfCertificate(CertificateInfo& info, PKCS15Object& object, const std::string& name,
                          const Place& value) {
     if (name == "id") {
-        info.id = identifierField(value);
+        info.id = octetsField(value);
     } else if (name == "certificateType") {
         info.certificateType = value.number(mostOfALong);
     } else if (name == "trustedUsage") {
         info.trustedUsage = optionalNumberField(value, noTrustedUsage, noTrustedUsage - 1);
     } else if (name == "serialNumber") {
-        info.serialNumber = value.octets();
+        info.serialNumber = octetsField(value);
     } else {
         return setReference(object, name, value) || setAttribute(info, name, value);
     }
@@ -76,7 +76,7 @@ bool setOwnField(PKCS15ObjectInfo<TrustedPublicKeyInfo>& info, const std::string
 bool setOwnField(PKCS15ObjectInfo<BlockCipherKeyInfo>& info, const std::string& name,
                  const Place& value) {
     if (name == "id") {
-        info.id = identifierField(value);
+        info.id = octetsField(value);
     } else if (name == "algorithmName") {
         info.algorithmName = textField(value);
     } else if (name == "keyLength") {

@@ -4,7 +4,6 @@
 
 #include "tools/FieldNames.h"
 #include "tools/FieldValues.h"
-#include "tovi/asn1/ObjectIdentifier.h"
 
 namespace tovi {
 namespace {
@@ -12,15 +11,6 @@ namespace {
 using Place = JsonPlace;
 
 constexpr std::size_t mostOfALong = 0xFFFFFFFF;
-
-/// One octet an arc. A record always names an identifier, so one has to be there.
-Blob algIdField(const Place& place) {
-    const Blob arcs = place.octets();
-    if (ASN1::OBJECT_IDENTIFIER(arcs.begin(), arcs.end()).empty()) {
-        place.fail("the arcs of an object identifier, one octet each");
-    }
-    return arcs;
-}
 
 PKCS15AlgorithmInfo algorithmOf(const Place& place) {
     PKCS15AlgorithmInfo algorithm;
@@ -30,7 +20,7 @@ PKCS15AlgorithmInfo algorithmOf(const Place& place) {
         if (name == "algorithm") {
             algorithm.algorithm = member.number(mostOfALong);
         } else if (name == "algId") {
-            algorithm.algId = algIdField(member);
+            algorithm.algId = member.octets();
         } else if (name == "supportedOperations") {
             const std::uint32_t bits = bitsField(member, operationBit);
             for (std::size_t bit = 0; bit < algorithm.supportedOperations.size(); ++bit) {
@@ -40,7 +30,6 @@ PKCS15AlgorithmInfo algorithmOf(const Place& place) {
             member.refuse("no such field");
         }
     }
-    if (!place.has("algId")) place.fail("'algId'");
     return algorithm;
 }
 
@@ -55,7 +44,7 @@ std::vector<PKCS15AlgorithmInfo> algorithmsOf(const Place& place) {
 
 bool setTokenInfoField(PKCS15TokenInfo& info, const std::string& name, const Place& value) {
     if (name == "serialNumber") {
-        info.info.serialNumber = value.octets();
+        info.info.serialNumber = octetsField(value);
     } else if (name == "manufacturerID") {
         info.manufacturerID = textField(value);
     } else if (name == "version") {

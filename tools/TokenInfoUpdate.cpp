@@ -9,18 +9,12 @@
 namespace tovi {
 namespace {
 
-constexpr const char* algorithms = "supportedAlgorithms";
 constexpr char labelOfNone[] = "PKCS#15 Token";  // as the model calls a token without label
 
 /// EF(TokenInfo) as the card has it; null when it was not read.
 const PKCS15::TokenInfo* recordOf(const PKCS15Container& model) {
     const auto& records = model.getRawTokenInfos();
     return records.empty() ? nullptr : records.front().value;
-}
-
-bool hasAlgorithms(const PKCS15::TokenInfo* record) {
-    return record != nullptr && record->supportedAlgorithms &&
-           !record->supportedAlgorithms->empty();
 }
 
 PKCS15TokenInfo asNextRead(PKCS15TokenInfo written, const PKCS15TokenInfo& before) {
@@ -40,19 +34,9 @@ void checkTokenInfoFields(const JsonPlace& set) {
     setFields(scratch, set);
 }
 
-bool namesAlgorithms(const JsonPlace& set) {
-    return set.has(algorithms) && set.at(algorithms).count() > 0;
-}
-
-void checkAlgorithms(const JsonPlace& set, bool cardHasAlgorithms) {
-    if (!set.has(algorithms) || namesAlgorithms(set) || !cardHasAlgorithms) return;
-    set.at(algorithms).refuse("the card's list can be replaced, but not removed");
-}
-
 PKCS15TokenInfo updateTokenInfo(PKCS15Container& model, ISCardOS& os, const JsonPlace& set) {
     const PKCS15::TokenInfo* record = recordOf(model);
     const PKCS15TokenInfo before = model.getTokenInfo();
-    checkAlgorithms(set, hasAlgorithms(record));
     PKCS15TokenInfo info = before;
     // The model has a label also for a card without one, and no algorithms leave the card's alone.
     if (record != nullptr && !record->label) info.info.label.clear();

@@ -1,11 +1,10 @@
 #include <fmt/format.h>
 
-#include "tools/HeldFields.h"
+#include "tools/AuthName.h"
 #include "tools/InfoFromJson.h"
 #include "tools/ObjectKinds.h"
 #include "tools/Operation.h"
 #include "tools/TokenInfoUpdate.h"
-#include "tovi/interfaces/Exception.h"
 
 namespace tovi {
 namespace {
@@ -32,14 +31,12 @@ public:
 
     Json head() const override { return {{"op", "update"}, {"recordNumber", record_}}; }
     std::string object() const override { return fmt::format("record {}", record_); }
-    NamedObjects names() const override { return {.records = {record_}}; }
-    void judge(Forecast& forecast) const override {
-        const auto type = forecast.objectTypeOf(record_);
+    void judge(const Forecast& forecast) const override {
         const auto check = [&](const auto& kind) {
-            const auto* before = forecast.find(kind, record_);
-            if (before != nullptr) forecast.update(record_, changed(*before));
+            typename std::remove_cvref_t<decltype(kind)>::Object scratch;
+            setFields(scratch, set_);
         };
-        if (type) withKindOf(*type, check);
+        withKindOf(forecast.objectTypeOf(record_).value_or(freeRow), check);
     }
     void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         const auto& rows = model.getFATRecords();
@@ -47,10 +44,7 @@ public:
             updateObject(kind, model, os, changed((model.*kind.get)(record_)));
         };
         const bool isThere = record_ < rows.size();
-        if (!isThere || !withKindOf(rows[record_].objectType, update)) refuse(model, os, record_);
-    }
-    void failAsMissing(PKCS15Container& model, ISCardOS& os) const override {
-        refuse(model, os, noRecord);
+        if (!isThere || !withKindOf(rows[record_].objectType, update)) refuse(model, os);
     }
 
 private:
@@ -58,13 +52,12 @@ private:
     PKCS15ObjectInfo<Info> changed(const PKCS15ObjectInfo<Info>& before) const {
         PKCS15ObjectInfo<Info> object = before;
         setFields(object, set_);
-        checkHeld(object, &before, set_);
         return object;
     }
     /// No object of a kind has that number, so the update of any kind fails, and says why.
-    void refuse(PKCS15Container& model, ISCardOS& os, std::uint64_t record) const {
+    void refuse(PKCS15Container& model, ISCardOS& os) const {
         PKCS15ObjectInfo<PrivateKeyInfo> none;
-        none.recordNumber = record;
+        none.recordNumber = record_;
         model.updatePrivateKeyInfo(&os, none);
     }
 
@@ -81,31 +74,26 @@ public:
 
     Json head() const override { return {{"op", "update"}, {"auth", name_.json()}}; }
     std::string object() const override { return "auth:" + name_.text(); }
-    NamedObjects names() const override { return {.auth = name_}; }
-    void judge(Forecast& forecast) const override {
+    void judge(const Forecast& forecast) const override {
         const auto* before = forecast.find(name_);
         if (before != nullptr && before->type != AuthType::none) changed(*before);
     }
-    void foretell(Forecast& forecast, std::size_t) const override {
+    void foretell(Forecast& forecast) const override {
         const auto* before = forecast.find(name_);
         if (before == nullptr || before->type == AuthType::none) return;
         forecast.updateAuth(name_, changed(*before));
     }
     void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         const auto position = findAuth(model, name_);
-        if (!position) failAsMissing(model, os);
+        if (!position) throw noSuchAuthObject("PKCS15Container::updateAuthInfo");
         const auto info = changed(model.getAuthInfos()[*position]);
         model.writeAuthInfo(&os, info, static_cast<unsigned long>(*position));
-    }
-    void failAsMissing(PKCS15Container&, ISCardOS&) const override {
-        throw noSuchAuthObject("PKCS15Container::updateAuthInfo");
     }
 
 private:
     PKCS15ObjectInfo<AuthInfo> changed(const PKCS15ObjectInfo<AuthInfo>& before) const {
         PKCS15ObjectInfo<AuthInfo> object = before;
         setFields(object, set_);
-        checkHeld(object, &before, set_);
         return object;
     }
 
@@ -120,12 +108,6 @@ public:
 
     Json head() const override { return {{"op", "updateTokenInfo"}}; }
     std::string object() const override { return ""; }
-    void judge(Forecast& forecast) const override {
-        checkAlgorithms(set_, forecast.hasAlgorithms());
-    }
-    void foretell(Forecast& forecast, std::size_t) const override {
-        if (namesAlgorithms(set_)) forecast.setAlgorithms();
-    }
     void perform(PKCS15Container& model, ISCardOS& os, Json&) const override {
         updateTokenInfo(model, os, set_);
     }

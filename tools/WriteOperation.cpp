@@ -1,7 +1,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "tools/HeldFields.h"
 #include "tools/InfoFromJson.h"
 #include "tools/ObjectKinds.h"
 #include "tools/Operation.h"
@@ -9,53 +8,17 @@
 namespace tovi {
 namespace {
 
-/// The fields that name objects, and the type of row that these have.
-using Links = std::vector<std::pair<const char*, std::uint8_t>>;
-
-template <class Info>
-Links linksOf() {
-    if constexpr (std::is_same_v<Info, PublicKeyInfo>) return {{"privateKey", privateKeyObject}};
-    if constexpr (std::is_same_v<Info, ContainerInfo>) {
-        return {{"exchangeKeyRecord", privateKeyObject},
-                {"exchangeCertificateRecord", certificateObject},
-                {"signatureKeyRecord", privateKeyObject},
-                {"signatureCertificateRecord", certificateObject}};
-    }
-    return {};
-}
-
 /// A new object with a record number.
 template <class Info>
 class WriteObject final : public Operation {
 public:
-    /// `fields` has the links: the operation of a public key, the info of a container.
-    WriteObject(const ObjectKind<Info>& kind, PKCS15ObjectInfo<Info> info, JsonPlace fields,
-                unsigned long privateKey)
-        : kind_(kind),
-          info_(std::move(info)),
-          fields_(std::move(fields)),
-          privateKey_(privateKey) {}
+    /// `privateKey` is what a public key is linked to.
+    WriteObject(const ObjectKind<Info>& kind, PKCS15ObjectInfo<Info> info, unsigned long privateKey)
+        : kind_(kind), info_(std::move(info)), privateKey_(privateKey) {}
 
     Json head() const override { return {{"op", "write"}}; }
     std::string object() const override { return kind_.name; }
-    NamedObjects names() const override {
-        NamedObjects named;
-        forEachLink([&](const JsonPlace&, std::uint64_t record, std::uint8_t) {
-            named.records.push_back(record);
-        });
-        return named;
-    }
-    void judge(Forecast& forecast) const override {
-        if (!forecast.knowsRecords()) return;
-        forEachLink([&](const JsonPlace& place, std::uint64_t record, std::uint8_t type) {
-            if (forecast.objectTypeOf(record) == type) return;
-            place.refuse(type == privateKeyObject ? "no private key has that record number"
-                                                  : "no certificate has that record number");
-        });
-    }
-    void foretell(Forecast& forecast, std::size_t position) const override {
-        forecast.write(kind_.objectType, position, info_);
-    }
+    void foretell(Forecast& forecast) const override { forecast.write(kind_.objectType); }
     void perform(PKCS15Container& model, ISCardOS& os, Json& result) const override {
         PKCS15ObjectInfo<Info> info = info_;
         try {
@@ -66,26 +29,10 @@ public:
             throw;
         }
     }
-    void failAsMissing(PKCS15Container& model, ISCardOS&) const override {
-        model.getPrivateKeyInfo(noPrivateKey);
-    }
 
 private:
-    /// Calls `visit(place, record, type)` for each link that is not none.
-    template <class Visit>
-    void forEachLink(Visit visit) const {
-        constexpr bool isZeroNone = std::is_same_v<Info, ContainerInfo>;
-        for (const auto& [name, type] : linksOf<Info>()) {
-            if (!fields_.has(name) || fields_.at(name).isNull()) continue;
-            const JsonPlace place = fields_.at(name);
-            const std::size_t record = place.number(lastRecordNumber);
-            if (record != 0 || !isZeroNone) visit(place, record, type);
-        }
-    }
-
     const ObjectKind<Info>& kind_;
     PKCS15ObjectInfo<Info> info_;
-    JsonPlace fields_;
     unsigned long privateKey_;
 };
 
@@ -100,9 +47,7 @@ public:
 
     Json head() const override { return {{"op", "write"}}; }
     std::string object() const override { return authObjectKind; }
-    void foretell(Forecast& forecast, std::size_t position) const override {
-        forecast.writeAuth(info_, position);
-    }
+    void foretell(Forecast& forecast) const override { forecast.writeAuth(info_); }
     void perform(PKCS15Container& model, ISCardOS& os, Json& result) const override {
         result["recordNumber"] = model.writeAuthInfo(&os, info_);
     }
@@ -110,13 +55,6 @@ public:
 private:
     PKCS15ObjectInfo<AuthInfo> info_;
 };
-
-template <class Info>
-PKCS15ObjectInfo<Info> heldObject(const JsonPlace& fields) {
-    auto object = newObject<Info>(fields);
-    checkHeld<Info>(object, nullptr, fields);
-    return object;
-}
 
 /// The private key that a public key is linked to.
 unsigned long privateKeyOf(const JsonPlace& place) {
@@ -138,15 +76,13 @@ OperationPointer makeWriteOperation(const JsonPlace& place) {
         } else {
             place.allow({"op", "kind", "info"});
         }
-        const JsonPlace info = needed(place, "info");
-        const JsonPlace& links = std::is_same_v<Info, ContainerInfo> ? info : place;
-        operation = std::make_unique<WriteObject<Info>>(kind, heldObject<Info>(info), links,
-                                                        privateKeyOf(place));
+        operation = std::make_unique<WriteObject<Info>>(
+            kind, newObject<Info>(needed(place, "info")), privateKeyOf(place));
     };
     forEachObjectKind(make);
     if (name == authObjectKind) {
         place.allow({"op", "kind", "info"});
-        operation = std::make_unique<WriteAuth>(heldObject<AuthInfo>(needed(place, "info")));
+        operation = std::make_unique<WriteAuth>(newObject<AuthInfo>(needed(place, "info")));
     }
     if (!operation) kindPlace.fail("a kind of object such as privateKey");
     return operation;

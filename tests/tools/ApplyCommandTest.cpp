@@ -225,54 +225,49 @@ TEST(Apply, LinksAPublicKeyToThePrivateKeyThatItNames) {
     EXPECT_EQ(list["publicKeys"].size(), 2u);
 }
 
-TEST(Apply, RefusesLinksToObjectsThatThereWillNotBe) {
+TEST(Apply, WritesAnObjectWhoseLinkFails) {
     const NewCard card;
     ASSERT_EQ(card.apply({writePrivateKey("01"), writePublicKey("01")}).exit, 0);
-    const auto refusal = [&](const Json& list) {
-        const Result result = card.apply(list);
-        EXPECT_EQ(result.exit, 2) << result.out;
-        return result.err;
-    };
     Json key = writePublicKey("02");
-    for (const unsigned record : {0u, 2u, 40u}) {
+    const std::pair<unsigned, const char*> links[] = {{0, "invalid object type"},
+                                                      {2, "invalid object type"},
+                                                      {40, "invalid record number"},
+                                                      {70000, "invalid record number"}};
+    Json list = Json::array();
+    for (const auto& [record, message] : links) {
         key["privateKey"] = record;
-        EXPECT_THAT(refusal(Json::array({key})),
-                    HasSubstr("operations[0].privateKey: no private key has that record number"));
+        list.push_back(key);
     }
-    key["privateKey"] = 1;
-    EXPECT_THAT(refusal({{{"op", "delete"}, {"recordNumber", 1}}, key}),
-                HasSubstr("operations[1].privateKey: no private key"));
-    for (const char* field : {"exchangeKeyRecord", "signatureKeyRecord"}) {
-        const Json container = {{"op", "write"}, {"kind", "container"}, {"info", {{field, 2}}}};
-        EXPECT_THAT(refusal(Json::array({container})),
-                    HasSubstr(std::string("operations[0].info.") + field + ": no private key"));
+    const Result result = card.apply(list, {"--keep-going"});
+    EXPECT_EQ(result.exit, 1);
+    for (std::size_t i = 0; i < std::size(links); ++i) {
+        EXPECT_EQ(result.json()[i]["error"]["message"], links[i].second);
+        EXPECT_EQ(result.json()[i]["recordNumber"], 4 + i) << "behind the key container";
     }
-    for (const char* field : {"exchangeCertificateRecord", "signatureCertificateRecord"}) {
-        const Json container = {{"op", "write"}, {"kind", "container"}, {"info", {{field, 9}}}};
-        EXPECT_THAT(refusal(Json::array({container})),
-                    HasSubstr(std::string("operations[0].info.") + field + ": no certificate"));
-    }
-    EXPECT_EQ(card.list()["publicKeys"].size(), 1u) << "nothing was done";
+    EXPECT_EQ(result.json()[2].dump(),
+              R"({"op":"write","recordNumber":6,"error":{"message":"invalid record number",)"
+              R"("operation":"PKCS15Container::checkObjectType","code":0}})");
+    EXPECT_EQ(card.list()["publicKeys"].size(), 1 + std::size(links));
+    EXPECT_THAT(run({"--card", card.path(), "apply", "-"}, {.in = Json::array({key}).dump()}).out,
+                HasSubstr("publicKey  record 8, but failed: invalid record number"));
 }
 
-TEST(Apply, TellsTheRecordNumberOfAnObjectThatCouldNotBeLinked) {
+TEST(Apply, KeepsAContainerWhoseLinkFails) {
     const NewCard card;
-    Json key = writePublicKey("02");
-    key["privateKey"] = 40;
-    const Json container = {
-        {"op", "write"}, {"kind", "container"}, {"info", {{"exchangeCertificateRecord", 40}}}};
-    // Nobody knows the record numbers ahead once the card is read again.
-    const Result result = card.apply({{{"op", "clearAndRead"}}, key, container}, {"--keep-going"});
-    EXPECT_EQ(result.exit, 1);
-    EXPECT_EQ(result.json()[1].dump(),
-              R"({"op":"write","recordNumber":1,"error":{"message":"invalid record number",)"
-              R"("operation":"PKCS15Container::checkObjectType","code":0}})");
-    EXPECT_EQ(result.json()[2]["recordNumber"], 2);
-    EXPECT_EQ(result.json()[2]["error"]["message"], "invalid record number");
-    EXPECT_THAT(labelsOf(card.list()["publicKeys"]), ElementsAre("Key 02"));
-    const Json list = {{{"op", "clearAndRead"}}, key};
-    EXPECT_THAT(run({"--card", card.path(), "apply", "-"}, {.in = list.dump()}).out,
-                HasSubstr("publicKey  record 2, but failed: invalid record number"));
+    ASSERT_EQ(card.apply({writePrivateKey("01"), writePublicKey("01")}).exit, 0);
+    Json list = Json::array();
+    for (const char* field : {"exchangeKeyRecord", "signatureKeyRecord",
+                              "exchangeCertificateRecord", "signatureCertificateRecord"}) {
+        list.push_back({{"op", "write"}, {"kind", "container"}, {"info", {{field, 2}}}});
+    }
+    const std::size_t links = list.size();
+    for (unsigned i = 0; i < links; ++i) list.push_back(erase(4 + i));
+    const Json results = card.apply(list, {"--keep-going"}).json();
+    for (unsigned i = 0; i < links; ++i) {
+        EXPECT_EQ(results[i]["error"]["message"], "invalid object type");
+        EXPECT_EQ(results[i]["recordNumber"], 4 + i) << "behind the container of the key";
+        EXPECT_FALSE(results[links + i].contains("error"));
+    }
 }
 
 TEST(Apply, LeavesWhatTokenInfoDoesNotName) {
@@ -304,20 +299,17 @@ TEST(Apply, LeavesWhatTokenInfoDoesNotName) {
     EXPECT_EQ(apply({{"labelHex", "4C"}, {"manufacturerID", ""}}), expected);
 }
 
-TEST(Apply, CannotTakeTheAlgorithmsOfACardAway) {
+TEST(Apply, LeavesTheAlgorithmsOfACardForAnEmptyList) {
     const NewCard card;
     const Json none = {{"op", "updateTokenInfo"},
-                       {"set", {{"supportedAlgorithms", Json::array()}}}};
+                       {"set", {{"label", "T"}, {"supportedAlgorithms", Json::array()}}}};
     const Json one = {{"op", "updateTokenInfo"},
                       {"set", {{"supportedAlgorithms", {{{"algorithm", 1}, {"algId", "0102"}}}}}}};
-    EXPECT_EQ(card.apply({none, one}).exit, 0);
-    const Result result = card.apply({writeData("A"), none});
-    EXPECT_EQ(result.exit, 2);
-    EXPECT_THAT(result.err, HasSubstr("operations[1].set.supportedAlgorithms: the card's list"));
-    EXPECT_EQ(card.list()["dataObjects"], Json::array());
-    const NewCard other;
-    EXPECT_EQ(other.apply({one, none}).exit, 2) << "the list gives it one";
-    EXPECT_EQ(other.apply({{{"op", "clearAndRead"}}, none}).exit, 0);
+    EXPECT_EQ(card.apply({none, one, none}).exit, 0);
+    const Json tokenInfo = card.list()["tokenInfo"];
+    EXPECT_EQ(tokenInfo["label"], "T");
+    ASSERT_EQ(tokenInfo["supportedAlgorithms"].size(), 1u);
+    EXPECT_EQ(tokenInfo["supportedAlgorithms"][0]["algId"], "0102");
 }
 
 // ---- failures ----
@@ -376,6 +368,10 @@ Json writeOf(const char* kind, const Json& info) {
     return {{"op", "write"}, {"kind", kind}, {"info", info}};
 }
 
+Json algorithm(const Json& row) {
+    return {{"op", "updateTokenInfo"}, {"set", {{"supportedAlgorithms", {row}}}}};
+}
+
 INSTANTIATE_TEST_SUITE_P(
     All, ApplyErrors,
     testing::Values(
@@ -402,9 +398,39 @@ INSTANTIATE_TEST_SUITE_P(
                         "invalid key type", "PKCS15SecKeyCT::encodeBlockCipherKeyInfoBase"},
         ContainersError{"certificateType", writeOf("certificate", {{"certificateType", 1}}),
                         "invalid certificate type", "PKCS15CertCT::encodeCertInfoBase"},
+        ContainersError{"longLabel", writeData(std::string(256, 'x')), "ASN1 encoding error",
+                        "PKCS15DataCT::encodeDataInfoBase"},
+        ContainersError{"longId", writePrivateKey(std::string(512, '0')), "ASN1 encoding error",
+                        "PKCS15KeyCT::encodeKeyInfoBase"},
+        ContainersError{"userConsent", writeData("A", {{"userConsent", 32768}}),
+                        "ASN1 encoding error", "PKCS15DataCT::encodeDataInfoBase"},
+        ContainersError{"hugeRecord", erase(70000), "invalid record number",
+                        "PKCS15Container::deleteObjectInfo"},
+        ContainersError{"updateHugeRecord", update(70000, {{"label", "x"}}),
+                        "invalid record number", "PKCS15Container::checkObjectType"},
+        ContainersError{"noIdentifier", algorithm({{"algorithm", 1}}), "encoding error",
+                        "PKCS15Container::encodeTokenInfo"},
+        ContainersError{"emptyIdentifier", algorithm({{"algId", ""}}), "encoding error",
+                        "PKCS15Container::encodeTokenInfo"},
+        ContainersError{"oneArc", algorithm({{"algId", "01"}}), "encoding error",
+                        "PKCS15Container::encodeTokenInfo"},
+        ContainersError{"impossibleArc", algorithm({{"algId", "0128"}}), "encoding error",
+                        "PKCS15Container::encodeTokenInfo"},
         ContainersError{"incompletePin", writeOf("authObject", {{"type", "pin"}}),
                         "ASN1 encoding error", "PKCS15AuthCT::encodeAuthInfoBase"}),
     [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Apply, LeavesAKeyThatCannotBeOfTheWantedType) {
+    const NewCard card;
+    ASSERT_EQ(card.apply(Json::array({writePrivateKey("01")})).exit, 0);
+    const Json before = card.list();
+    const Result result = card.apply(Json::array({update(1, {{"keyType", "EC"}})}));
+    EXPECT_EQ(result.exit, 1);
+    EXPECT_EQ(result.json()[0].dump(),
+              R"({"op":"update","recordNumber":1,"error":{"message":"ASN1 encoding error",)"
+              R"("operation":"PKCS15KeyCT::encodeKeyInfoBase","code":0}})");
+    EXPECT_EQ(card.list(), before);
+}
 
 TEST(Apply, ReportsAFullFileByTheContainersCode) {
     const NewCard card({"--file-size", "100"});

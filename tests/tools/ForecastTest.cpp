@@ -15,7 +15,7 @@ ContainerPointer modelWith(std::initializer_list<std::uint8_t> types) {
     return model;
 }
 
-using Identity = Forecast::Identity;
+using AfterFailure = Forecast::AfterFailure;
 
 PKCS15ObjectInfo<AuthInfo> authObject(std::uint16_t reference, AuthType type, std::uint8_t id) {
     PKCS15ObjectInfo<AuthInfo> object;
@@ -27,14 +27,14 @@ PKCS15ObjectInfo<AuthInfo> authObject(std::uint16_t reference, AuthType type, st
 
 TEST(Forecast, GivesANewObjectTheLowestFreeRow) {
     const auto model = modelWith({tokenInfoObject, privateKeyObject, freeRow, dataObject});
-    Forecast forecast(*model);
-    forecast.write(certificateObject, 0, {});
+    Forecast forecast(*model, AfterFailure::stop);
+    forecast.write(certificateObject);
     EXPECT_EQ(forecast.objectTypeOf(2), certificateObject);
-    forecast.write(publicKeyObject, 1, {});
+    forecast.write(publicKeyObject);
     EXPECT_EQ(forecast.objectTypeOf(4), publicKeyObject);
     forecast.erase(1);
     EXPECT_EQ(forecast.objectTypeOf(1), freeRow);
-    forecast.write(dataObject, 3, {});
+    forecast.write(dataObject);
     EXPECT_EQ(forecast.objectTypeOf(1), dataObject);
     EXPECT_EQ(forecast.objectTypeOf(5), std::nullopt);
     forecast.erase(99);
@@ -42,52 +42,50 @@ TEST(Forecast, GivesANewObjectTheLowestFreeRow) {
 
 TEST(Forecast, NeverGivesTheRowOfTokenInfoAway) {
     const auto model = modelWith({freeRow});
-    Forecast forecast(*model);
-    forecast.write(dataObject, 0, {});
+    Forecast forecast(*model, AfterFailure::stop);
+    forecast.write(dataObject);
     EXPECT_EQ(forecast.objectTypeOf(0), freeRow);
     EXPECT_EQ(forecast.objectTypeOf(1), dataObject);
 }
 
-TEST(Forecast, KnowsNoRecordNumberUntilItIsToldThoseOfTheModel) {
+TEST(Forecast, KnowsNoRecordNumberOnceTheCardIsReadAgain) {
     const auto model = modelWith({tokenInfoObject, privateKeyObject});
-    Forecast forecast(*model);
+    Forecast forecast(*model, AfterFailure::stop);
     forecast.readAgain();
+    forecast.write(dataObject);
+    EXPECT_EQ(forecast.objectTypeOf(0), std::nullopt);
     EXPECT_EQ(forecast.objectTypeOf(1), std::nullopt);
-    EXPECT_EQ(forecast.identityOf(1), std::nullopt);
-    model->newFATRecord(dataObject, false);
-    forecast.takeRows();
-    EXPECT_EQ(forecast.objectTypeOf(2), dataObject);
-}
-
-TEST(Forecast, KnowsObjectsApartThatHaveTheSameNumber) {
-    const auto model = modelWith({tokenInfoObject, dataObject});
-    Forecast forecast(*model), other(*model);
-    EXPECT_TRUE(forecast.hasSameRows(other));
-    forecast.erase(1);
-    EXPECT_EQ(forecast.identityOf(1), std::nullopt);
-    forecast.write(dataObject, 7, {});
-    EXPECT_EQ(forecast.identityOf(1), Identity(true, 7));
-    EXPECT_EQ(other.identityOf(1), Identity(false, 1));
-    EXPECT_FALSE(forecast.hasSameRows(other));
 }
 
 TEST(Forecast, KnowsTheFirstAuthenticationObjectOfAName) {
     const auto model = modelWith({});
-    Forecast forecast(*model);
-    forecast.writeAuth(authObject(1, AuthType::pin, 5), 0);
-    forecast.writeAuth(authObject(1, AuthType::biometric, 6), 1);
+    Forecast forecast(*model, AfterFailure::stop);
+    forecast.writeAuth(authObject(1, AuthType::pin, 5));
+    forecast.writeAuth(authObject(1, AuthType::biometric, 6));
     const AuthName one{1, {}}, two{2, {}}, six{noReference, Blob{6}};
     EXPECT_EQ(forecast.find(one)->type, AuthType::pin);
-    EXPECT_EQ(forecast.identityOf(six), Identity(true, 1));
+    EXPECT_EQ(forecast.find(six)->type, AuthType::biometric);
     EXPECT_EQ(forecast.find(two), nullptr);
     forecast.updateAuth(one, authObject(1, AuthType::pin, 6));
-    EXPECT_EQ(forecast.identityOf(six), Identity(true, 0)) << "which has the identifier now, too";
+    EXPECT_EQ(forecast.find(six)->type, AuthType::pin) << "which has the identifier now, too";
     forecast.eraseAuth(one);
     EXPECT_EQ(forecast.find(one)->type, AuthType::biometric);
     forecast.eraseAuth(one);
     forecast.eraseAuth(one);
     EXPECT_EQ(forecast.find(one), nullptr);
-    EXPECT_EQ(forecast.identityOf(one), std::nullopt);
+}
+
+TEST(Forecast, KnowsNothingOfNewObjectsWhenOperationsMayFail) {
+    const auto model = modelWith({tokenInfoObject, privateKeyObject, dataObject});
+    Forecast forecast(*model, AfterFailure::goOn);
+    forecast.erase(1);
+    forecast.write(certificateObject);
+    forecast.write(certificateObject);
+    EXPECT_EQ(forecast.objectTypeOf(1), freeRow) << "which may not be free";
+    EXPECT_EQ(forecast.objectTypeOf(2), dataObject) << "nothing but a deletion changes that";
+    EXPECT_EQ(forecast.objectTypeOf(3), std::nullopt);
+    forecast.writeAuth(authObject(1, AuthType::pin, 5));
+    EXPECT_EQ(forecast.find({1, {}}), nullptr);
 }
 
 }  // namespace

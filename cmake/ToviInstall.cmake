@@ -13,8 +13,10 @@ foreach(target tovi tovi_shared)
 endforeach()
 
 # Headers that no other installed one includes and that only the library's own sources are for.
+set(notInstalled Constructed.h Bounds.h BerTlv.h CardLine.h FileControl.h FileImage.h Wipe.h)
+set_property(GLOBAL PROPERTY TOVI_NOT_INSTALLED ${notInstalled})  # for the API reference
 set(excluded)
-foreach(header Constructed.h Bounds.h BerTlv.h CardLine.h FileControl.h FileImage.h Wipe.h)
+foreach(header IN LISTS notInstalled)
   list(APPEND excluded PATTERN ${header} EXCLUDE)
 endforeach()
 install(DIRECTORY asn1 pkcs15 interfaces records card DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tovi

@@ -80,11 +80,13 @@ public:
 
     /// Selects the application by PKCS15_AID; false when `os` is null or refuses.
     static bool selectApp(ISCardOS* os);
-    /// Throws "Failed to decode and validate TokenInfo", "More than one TokenInfo".
+    /// Reads EF(TokenInfo), which holds one record. Throws "Failed to decode and validate
+    /// TokenInfo", "More than one TokenInfo".
     void readTokenInfo(ISCardOS* os);
-    /// Throws "Failed to decode and validate ODF".
+    /// Reads EF(ODF). Throws "Failed to decode and validate ODF".
     void readODF(ISCardOS* os);
-    /// Throws "Failed to decode PrKDF" and the like for the directory file that cannot be read.
+    /// Reads every directory file that EF(ODF) names. Throws "Failed to decode PrKDF" and the like
+    /// for the one that cannot be read.
     void readDirectoryFiles(ISCardOS* os);
     /// Fills getTokenInfo() and takes row 0 of the file-allocation table. Throws "invalid
     /// TokenInfo", "TokenInfo must be record[0]".
@@ -101,15 +103,19 @@ public:
     /// key "S" + id to the container of the exchange key id. Needs the infos of keys and
     /// certificates.
     void initContainerInfos();
-    /// Needs the infos of secret keys: an authentication key takes over the file of its secret key.
+    /// Appends one info for every authentication object. Needs the infos of secret keys: an
+    /// authentication key takes over the file of its secret key.
     void initAuthObjs();
 
     // ---- lookup ----
 
+    /// The object of that kind with that record number; get...Info to look at, ref...Info to change
+    /// the record in memory through.
+    ///
     /// get...Info throws "invalid record number" (operation "PKCS15Container::checkObjectType") for
     /// a record number beyond the table, "invalid object type" for a row of another type, "invalid
-    /// record number" for a row without info, both with "PKCS15Container::getInfo". ref...Info
-    /// gives a reference to change the record through; its operation is "PKCS15Container::refInfo".
+    /// record number" for a row without info, both with "PKCS15Container::getInfo". The
+    /// operation of ref...Info is "PKCS15Container::refInfo".
     /// References hold until the list changes.
     const PKCS15ObjectInfo<PrivateKeyInfo>& getPrivateKeyInfo(unsigned long recordNumber) const;
     PKCS15ObjectInfo<PrivateKeyInfo>& refPrivateKeyInfo(unsigned long recordNumber);

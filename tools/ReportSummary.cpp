@@ -82,7 +82,8 @@ void writeAlgorithms(Html& html, const PKCS15TokenInfo& info) {
     html.open("details").element(
         "summary", fmt::format("Algorithms of the card ({})", info.supportedAlgorithms.size()));
     openTable(html, "Algorithms of the card", {"Mechanism", "Identifier", "Operations"});
-    for (const Json& algorithm : toJson(info)["supportedAlgorithms"]) {
+    const Json fields = toJson(info);
+    for (const Json& algorithm : fields["supportedAlgorithms"]) {
         html.open("tr");
         for (const char* field : {"algorithm", "algId", "supportedOperations"}) {
             html.element("td", shortened(jsonText(algorithm[field]), cellLength));

@@ -73,7 +73,8 @@ TEST(AuthName, TellsObjectsOfTheSameReferenceApart) {
     ASSERT_EQ(card.apply({writePin("05", 1), writePin("06", 1), writePin("07", 1)}).exit, 0);
     EXPECT_EQ(card.apply({label("id=07", "third"), erase("id=06")}).exit, 0);
     EXPECT_THAT(labels(card), ElementsAre("PIN 05", "third"));
-    for (const Json& object : card.list()["authObjects"]) EXPECT_EQ(object["reference"], 1);
+    const Json list = card.list();
+    for (const Json& object : list["authObjects"]) EXPECT_EQ(object["reference"], 1);
 }
 
 TEST(AuthName, WritesNothingButTheDeletion) {

@@ -8,10 +8,12 @@
 #include <sstream>
 #include <string_view>
 
+#include "tests/card/FakePcscService.h"
 #include "tests/support/Failure.h"
 #include "tests/wiping/FreedMemory.h"
 #include "tools/PinBlock.h"
 #include "tools/PinSource.h"
+#include "tovi/card/PcscChannel.h"
 #include "tovi/card/PinVerification.h"
 #include "tovi/interfaces/Exception.h"
 
@@ -66,6 +68,25 @@ TEST(Wiping, LeavesNothingOfAPinThatGotLost) {
     EXPECT_EQ(failureOf([&] { verifyPin(channel, 1, entered.octets()); }).message, "lost");
     EXPECT_EQ(memory.findings(), 0u);
     EXPECT_TRUE(channel.sawPin);
+}
+
+/// Also where the protocol changes the command, and where the card has forgotten its selection.
+TEST(Wiping, LeavesNothingInAReader) {
+    FakePcscService service;
+    service.addReader("A");
+    service.isT0 = true;
+    service.codes["transmit"] = {PcscCode::resetCard};
+    PcscReaders readers(service);
+    PcscChannel channel(readers, readers.find("A"));
+    Secret block;
+    enter(block);
+    while (block.size() < 64) ASSERT_TRUE(block.push_back(0xFF));
+    const FreedMemory memory(pin);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(failureOf([&] { verifyPin(channel, 1, block.octets()); }).message,
+                  "card reset by another program");
+    }
+    EXPECT_EQ(memory.findings(), 0u);
 }
 
 TEST(Wiping, LeavesNothingWhereThePinCameFrom) {

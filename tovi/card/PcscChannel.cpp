@@ -16,7 +16,8 @@ constexpr int mostResets = 3;  // in a row, before a transaction stands
 /// True for a command that selects the same whatever is selected before.
 bool selectsAnew(const Blob& command) {
     CommandApdu apdu;
-    if (!CommandApdu::parse(command, apdu) || apdu.ins != Instruction::select) return false;
+    // Nothing but a SELECT is taken apart: other commands may hold a PIN, of which no copy stays.
+    if (command[1] != Instruction::select || !CommandApdu::parse(command, apdu)) return false;
     constexpr std::uint8_t byIdentifier = 0x00, byName = 0x04, pathFromMasterFile = 0x08;
     const Blob masterFile = {0x3F, 0x00};
     return apdu.p1 == byName || apdu.p1 == pathFromMasterFile ||
@@ -29,13 +30,13 @@ bool isPerformed(const Blob& response) {
     return sw1 == 0x90 || (sw1 >= 0x61 && sw1 <= 0x63);
 }
 
-/// A short command as T=0 sends it.
-Blob forT0(Blob command) {
+/// What T=0 sends of a short command with data: its Le stays behind. No copy, which might hold a
+/// PIN.
+ASN1::View withoutLe(const Blob& command) {
     constexpr std::size_t lengthField = headerSize, dataBegin = headerSize + 1;
-    if (command.size() == headerSize) command.push_back(0x00);
-    const bool isShort = command[lengthField] != 0;
-    if (isShort && command.size() == dataBegin + command[lengthField] + 1) command.pop_back();
-    return command;
+    const std::size_t length = command[lengthField];
+    const bool hasBoth = length != 0 && command.size() == dataBegin + length + 1;
+    return ASN1::View(command).first(command.size() - (hasBoth ? 1 : 0));
 }
 
 }  // namespace
@@ -96,7 +97,7 @@ Blob PcscChannel::transmit(const Blob& command) {
 
 Blob PcscChannel::send(const Blob& command) {
     Blob response;
-    auto code = connection_.isT0 ? service_.transmit(connection_, forT0(command), response)
+    auto code = connection_.isT0 ? sendT0(command, response)
                                  : service_.transmit(connection_, command, response);
     if (code == PcscCode::resetCard) {
         state_ = State::reset;
@@ -108,6 +109,14 @@ Blob PcscChannel::send(const Blob& command) {
     if (response.size() < statusSize)
         lose(PcscError("card removed", transmitting, subject() + ", incomplete response"));
     return response;
+}
+
+IPcscService::Code PcscChannel::sendT0(const Blob& command, Blob& response) {
+    if (command.size() > headerSize)
+        return service_.transmit(connection_, withoutLe(command), response);
+    Blob withLength = command;
+    withLength.push_back(0x00);
+    return service_.transmit(connection_, withLength, response);
 }
 
 /// Takes the card up after a reset, provided that it is still the same one.

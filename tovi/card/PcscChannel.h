@@ -59,6 +59,7 @@ private:
     void connect();
     IPcscService::Code begin();
     Blob send(const Blob& command);
+    IPcscService::Code sendT0(const Blob& command, Blob& response);
     void renew();
     bool isSameCard();
     [[noreturn]] void lose(const PcscError& failure);

@@ -6,6 +6,7 @@
 #include "tools/Login.h"
 #include "tools/Model.h"
 #include "tools/ObjectName.h"
+#include "tools/OptionChecks.h"
 #include "tools/Paths.h"
 #include "tools/StoredValue.h"
 #include "tools/Text.h"
@@ -147,7 +148,8 @@ CLI::App* ExportCommand::declare(CLI::App& app) {
     CLI::App* command = app.add_subcommand("export", "writes the value of an object, as it is");
     command->add_option("object", object_, "a record number")->required()->type_name("RECORD");
     command->add_option("-o,--output", file_, "the file to write, instead of standard output")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(checkedNotEmpty);
     command->add_flag("--der", der_, "only the first DER element, without padding behind it");
     return command;
 }

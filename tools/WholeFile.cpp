@@ -62,6 +62,20 @@ bool NewFile::rename(const std::string& name) {
     return true;
 }
 
+/// Where the symbolic links at `file` lead, also when nothing is there yet.
+std::filesystem::path endOfLinks(std::filesystem::path file, std::error_code& error) {
+    constexpr int mostLinks = 40;
+    for (int links = 0; is_symlink(symlink_status(file, error)) && links < mostLinks; ++links) {
+        file = file.parent_path() / read_symlink(file, error);
+    }
+    if (is_symlink(symlink_status(file, error))) {
+        error = std::make_error_code(std::errc::too_many_symbolic_link_levels);
+    } else {
+        error.clear();  // of a file that is not there
+    }
+    return file;
+}
+
 }  // namespace
 
 void writeWholeFile(const std::string& file, std::string_view contents,
@@ -71,8 +85,8 @@ void writeWholeFile(const std::string& file, std::string_view contents,
     };
     const auto failWith = [&](int error) { fail(std::generic_category().message(error)); };
     std::error_code error;
-    const auto resolved = std::filesystem::weakly_canonical(file, error);
-    const std::string place = error ? file : resolved.string();
+    const std::string place = endOfLinks(file, error).string();
+    if (error) fail(error.message());
     struct stat status {};
     const bool exists = ::stat(place.c_str(), &status) == 0;
     if (exists && !S_ISREG(status.st_mode)) fail("is no regular file");

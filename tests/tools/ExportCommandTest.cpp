@@ -146,6 +146,7 @@ TEST(Export, LeavesAFileAloneWhenThereIsNoValue) {
     EXPECT_EQ(card.run({"export", "4", "-o", card.folder / "out"}).exit, 1);
     EXPECT_EQ(readFile(card.folder / "out"), "old");
     EXPECT_EQ(card.run({"export", "1", "-o", card.folder / "no/such/out"}).exit, 1);
+    EXPECT_EQ(card.run({"export", "1", "-o", ""}).exit, 2);
 }
 
 TEST(Export, TellsWhichPinGuardsAValue) {

@@ -42,6 +42,26 @@ TEST(WriteWholeFile, FollowsASymbolicLink) {
     EXPECT_EQ(readFile(folder / "file"), "new");
 }
 
+TEST(WriteWholeFile, MakesTheFileThatASymbolicLinkLeadsTo) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder / "below");
+    fs::create_symlink("below/next", folder / "link");
+    fs::create_symlink("file", folder / "below/next");
+    writeWholeFile(folder / "link", "new", "test");
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(folder / "below/file")));
+    EXPECT_EQ(readFile(folder / "below/file"), "new");
+}
+
+TEST(WriteWholeFile, RefusesALinkThatLeadsNowhere) {
+    const TemporaryFolder folder;
+    fs::create_symlink("link", folder / "link");
+    fs::create_symlink("none/file", folder / "astray");
+    EXPECT_THROW(writeWholeFile(folder / "link", "new", "test"), Failure);
+    EXPECT_THROW(writeWholeFile(folder / "astray", "new", "test"), Failure);
+    EXPECT_EQ(filesIn(folder), 2u);
+}
+
 TEST(WriteWholeFile, TouchesNothingThatIsNoRegularFile) {
     const TemporaryFolder folder;
     fs::create_directory(folder / "folder");

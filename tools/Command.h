@@ -54,6 +54,8 @@ public:
     /// Remembers that the card refused a command for want of a PIN.
     void noteDenial() { wasDenied_ = true; }
     bool wasDenied() const { return wasDenied_; }
+    /// A refusal that a PIN is now presented for is not the reason of what fails later.
+    void forgetDenial() { wasDenied_ = false; }
     /// Remembers why the card could not be reached, until the next command that it answers: "".
     void noteCardFailure(std::string message) { cardFailure_ = std::move(message); }
     /// The report of a failure, with the reason why the card could not be reached.

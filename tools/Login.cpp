@@ -54,6 +54,10 @@ void throwIfRefused(const PinState& state, const Pin& pin, const std::string& op
 }
 
 void verify(Invocation& call, CardAccess& card, const Pin& pin) {
+    const auto refuse = [&](const std::string& reason) {
+        if (!reason.empty()) throw Failure(nameOfPin(pin) + " " + reason, call.operation());
+    };
+    refuse(reasonAgainst(pin));
     const std::uint8_t reference = referenceOf(pin, call.operation());
     selectHome(card, pin);
     const PinState before = stateBefore(card.channel(), reference);
@@ -63,8 +67,7 @@ void verify(Invocation& call, CardAccess& card, const Pin& pin) {
     if (!call.options().quiet) call.console().err << name << std::endl;
     Secret entered, block;
     readPin(call, "PIN: ", entered);
-    const std::string reason = reasonAgainst(pin, entered);
-    if (!reason.empty()) throw Failure(nameOfPin(pin) + " " + reason, call.operation());
+    refuse(reasonAgainst(pin, entered));
     encodePin(pin, entered, block);
     throwIfRefused(verifyPin(card.channel(), reference, block.octets()), pin, call.operation());
 }
@@ -111,7 +114,10 @@ ContainerPointer readModelFor(Invocation& call, CardAccess& card, GuardIn guardI
     ContainerPointer model = readIfOpen(call, card);
     const bool isOpen = model != nullptr;
     if (!isOpen) model = readOpenPart(card);
-    verify(call, card, choosePin(*model, call.options().login, guardIn(*model)));
+    call.forgetDenial();
+    // Records that cannot be read yet have no numbers, and those behind them have others.
+    const Blob guard = isOpen ? guardIn(*model) : Blob();
+    verify(call, card, choosePin(*model, call.options().login, guard));
     return isOpen ? std::move(model) : read(card);
 }
 
@@ -129,6 +135,7 @@ ContainerPointer readModel(Invocation& call, CardAccess& card, std::uint64_t rec
 void logIn(Invocation& call, CardAccess& card) {
     if (!wantsLogin(call.options())) return;
     const ContainerPointer model = readOpenPart(card);
+    call.forgetDenial();
     verify(call, card, choosePin(*model, call.options().login, {}));
 }
 

@@ -10,7 +10,8 @@ namespace tovi {
 /// verified first as far as the card lets its authentication objects be read without it.
 ///
 /// `guard` is the authId of the object that the call is about; without --login its PIN is the one
-/// that is verified, and where it has none, the only PIN of the card.
+/// that is verified, and where it has none, the only PIN of the card. So it is where the card does
+/// not let all of the application be read without a PIN: record numbers say nothing until then.
 ///
 /// Tells on stderr how many tries the PIN has left. Throws UsageError when it is not clear which
 /// PIN is meant, or there is none to present; Failure when the PIN is blocked, cannot be right, or

@@ -116,9 +116,13 @@ private:
 
 }  // namespace
 
+std::string reasonAgainst(const AuthInfo& pin) {
+    const std::string reason = reasonAgainstKind(pin);
+    return reason.empty() ? reasonAgainstPadding(pin) : reason;
+}
+
 std::string reasonAgainst(const AuthInfo& pin, const Secret& entered) {
-    std::string reason = reasonAgainstKind(pin);
-    if (reason.empty()) reason = reasonAgainstPadding(pin);
+    std::string reason = reasonAgainst(pin);
     const ASN1::View octets = entered.octets();
     const bool isDigits = std::all_of(octets.begin(), octets.end(), isDigit);
     if (reason.empty() && pin.pinType != utf8 && !isDigits) reason = "has digits only";

@@ -7,6 +7,9 @@
 
 namespace tovi {
 
+/// Why no PIN at all can be presented for the object; "" when one can.
+std::string reasonAgainst(const AuthInfo& pin);
+
 /// Why a PIN cannot be presented; "" when it can. No try is lost on what the card would refuse.
 ///
 /// `entered` is the PIN as a person types it, in UTF-8. Its length is held against minLength and

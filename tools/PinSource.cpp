@@ -6,6 +6,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <system_error>
+
+#include "tools/SignalsWhileWaiting.h"
 
 namespace tovi {
 namespace {
@@ -13,7 +16,8 @@ namespace {
 /// A descriptor that is closed at the end.
 class Descriptor {
 public:
-    explicit Descriptor(const std::string& file) : number_(::open(file.c_str(), O_RDONLY)) {}
+    explicit Descriptor(const std::string& file)
+        : number_(::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {}
     ~Descriptor() {
         if (number_ >= 0) ::close(number_);
     }
@@ -31,21 +35,28 @@ void dropLineEnd(Secret& pin) {
 }
 
 /// Octet by octet, so that no buffer keeps a copy.
-void readFile(const std::string& file, const std::string& operation, Secret& pin) {
+void readFile(const Invocation& call, Secret& pin) {
+    const std::string& file = call.options().pinFile;
+    const auto fail = [&](const std::string& reason) {
+        call.checkInterrupt();
+        throw Failure("PIN file " + file + " " + reason, call.operation());
+    };
     const Descriptor descriptor(file);
+    const int opening = errno;
+    const SignalsWhileWaiting signals;  // a pipe may let wait
+    call.checkInterrupt();
     std::uint8_t octet = 0;
     ssize_t count = descriptor.number() < 0 ? -1 : 1;
     while (count > 0) {
-        count = ::read(descriptor.number(), &octet, 1);
-        if (count > 0 && !pin.push_back(octet))
-            throw Failure("PIN file " + file + " holds over 255 octets", operation);
+        const bool isReady = signals.waitFor(descriptor.number());
+        count = isReady ? ::read(descriptor.number(), &octet, 1) : -1;
+        if (count > 0 && !pin.push_back(octet)) fail("holds over 255 octets");
     }
+    const int error = descriptor.number() < 0 ? opening : errno;
     wipe(&octet, 1);
-    if (count < 0)
-        throw Failure("PIN file " + file + " cannot be read: " + std::strerror(errno), operation);
+    if (count < 0) fail("cannot be read: " + std::generic_category().message(error));
     dropLineEnd(pin);
-    if (pin.text().find('\n') != std::string_view::npos)
-        throw Failure("PIN file " + file + " holds more than one line", operation);
+    if (pin.text().find('\n') != std::string_view::npos) fail("holds more than one line");
 }
 
 void readEnvironment(const std::string& name, Secret& pin) {
@@ -69,13 +80,13 @@ void readPin(Invocation& call, const std::string& prompt, Secret& pin) {
     const GlobalOptions& options = call.options();
     pin.clear();
     if (!options.pinFile.empty()) {
-        readFile(options.pinFile, call.operation(), pin);
+        readFile(call, pin);
     } else if (!options.pinEnvironment.empty()) {
         readEnvironment(options.pinEnvironment, pin);
     } else if (!call.console().askSecret || !call.console().askSecret(prompt, pin)) {
         call.checkInterrupt();
         throw UsageError(
-            "no PIN: there is no terminal to ask at; use --pin-file FILE or --pin-env NAME");
+            "no PIN was entered; without a terminal, use --pin-file FILE or --pin-env NAME");
     }
 }
 

@@ -1,37 +1,13 @@
 #include "tools/SecretPrompt.h"
 
 #include <fcntl.h>
-#include <poll.h>
-#include <signal.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include "tools/SignalsWhileWaiting.h"
+
 namespace tovi {
 namespace {
-
-/// Holds signals back but while the process waits, so that none gets lost between two waits.
-class SignalsWhileWaiting {
-public:
-    SignalsWhileWaiting() {
-        sigset_t held;
-        sigemptyset(&held);
-        sigaddset(&held, SIGINT);
-        sigaddset(&held, SIGTERM);
-        ::pthread_sigmask(SIG_BLOCK, &held, &before_);
-    }
-    ~SignalsWhileWaiting() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-    SignalsWhileWaiting(const SignalsWhileWaiting&) = delete;
-    SignalsWhileWaiting& operator=(const SignalsWhileWaiting&) = delete;
-
-    /// Waits for input; false when a signal comes first.
-    bool waitFor(int descriptor) const {
-        pollfd wanted{descriptor, POLLIN, 0};
-        return ::ppoll(&wanted, 1, nullptr, &before_) == 1;
-    }
-
-private:
-    sigset_t before_;
-};
 
 /// The terminal of this process, with its echo off as long as this object lives.
 class SilentTerminal {

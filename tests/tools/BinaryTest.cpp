@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -101,6 +102,22 @@ TEST(Binary, WaitsForACardThatIsInUse) {
     process.waitForHandler(SIGINT);
     card.release();
     EXPECT_EQ(process.wait(), 0);
+}
+
+TEST(Binary, StopsWaitingForThePinWhenInterrupted) {
+    const TemporaryFolder folder;
+    const std::string pin = folder / "pin";
+    ASSERT_EQ(::mkfifo(pin.c_str(), 0600), 0);
+    std::filesystem::copy(sampleCard("plain"), folder.path() / "card",
+                          std::filesystem::copy_options::recursive);
+    TestProcess process({"--card", folder / "card", "--pin-file", pin, "list"});
+    process.waitForHandler(SIGINT);
+    // Opens once the process does, and then it waits for what never comes.
+    const int writer = ::open(pin.c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(writer, 0);
+    process.signal(SIGINT);
+    EXPECT_EQ(process.wait(), 130);
+    ::close(writer);
 }
 
 TEST(Binary, FailsWhenItsOutputIsClosed) {

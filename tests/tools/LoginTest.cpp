@@ -179,6 +179,51 @@ TEST_F(Login, TakesThePinThatGuardsTheObject) {
     EXPECT_THAT(result.err, HasSubstr("\"User PIN\" (auth:1)"));
 }
 
+/// Record numbers without a PIN are not those with it: 24 is a data object of PIN 2 then.
+TEST_F(Login, TakesNoGuardForARecordThatHasNoNumberYet) {
+    const std::string card = copyOf("rich");
+    std::string description = readFile(card + "/CARD");
+    const std::string rule = "2048 update=pin:1";
+    description.replace(description.find(rule), rule.size(), rule + " read=pin:1");
+    writeFile(card + "/CARD", description);
+    const Result result = with(card, "1234", {"show", "24"});
+    EXPECT_EQ(result.exit, 0) << result.err;
+    const Result exported = with(card, "1234", {"export", "24"});
+    EXPECT_THAT(exported.err, HasSubstr("\"User PIN\" (auth:1)"));
+    EXPECT_THAT(exported.err, HasSubstr("secret key 24"));
+    EXPECT_THAT(exported.err, Not(HasSubstr("SO PIN")));
+}
+
+TEST_F(Login, AsksForNoPinThatCannotBePresented) {
+    Surroundings surroundings;
+    bool isAsked = false;
+    surroundings.askSecret = [&](const std::string&, Secret&) { return isAsked = true; };
+    const Result result = run({"--card", copyOf("rich"), "--login", "3", "list"}, surroundings);
+    EXPECT_EQ(result.exit, 1);
+    EXPECT_THAT(result.err, HasSubstr("is no PIN"));
+    EXPECT_FALSE(isAsked);
+}
+
+TEST_F(Login, DoesNotAdviseAPinWhereOneWasPresented) {
+    const std::string card = copyOf("pin-to-read");
+    EXPECT_THAT(with(card, "9999", {"list"}).err, Not(HasSubstr("--login")));
+    EXPECT_THAT(with(card, "", {"list"}).err, Not(HasSubstr("--login")));
+    // One that was of no use is another matter.
+    EXPECT_THAT(with(copyOf("rich"), "1234", {"apply", write()}).err, HasSubstr("--login"));
+}
+
+TEST_F(Login, IsInterruptedAtThePrompt) {
+    const std::string card = copyOf("pin-to-read");
+    std::atomic<bool> interrupted = false;
+    Surroundings surroundings = typing("");
+    surroundings.askSecret = [&](const std::string&, Secret&) {
+        interrupted = true;
+        return false;
+    };
+    surroundings.interrupted = &interrupted;
+    EXPECT_EQ(run({"--card", card, "--login", "1", "list"}, surroundings).exit, 130);
+}
+
 TEST_F(Login, ShowsNoPinInATrace) {
     const std::string card = copyOf("pin-to-read");
     const Result result = with(card, "1234", {"--trace", "list"});

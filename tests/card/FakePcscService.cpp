@@ -86,9 +86,9 @@ IPcscService::Code FakePcscService::beginTransaction(const PcscConnection& conne
     return next("begin");
 }
 
-void FakePcscService::endTransaction(const PcscConnection& connection) noexcept {
+void FakePcscService::endTransaction(const PcscConnection& connection, bool resetsCard) noexcept {
     EXPECT_EQ(connection.handle, handle);
-    calls.push_back("end");
+    calls.push_back(resetsCard ? "end and reset" : "end");
 }
 
 IPcscService::Code FakePcscService::transmit(const PcscConnection& connection, ASN1::View command,

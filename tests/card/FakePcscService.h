@@ -45,7 +45,7 @@ public:
     Code reconnect(PcscConnection& connection) override;
     void disconnect(const PcscConnection& connection) noexcept override;
     Code beginTransaction(const PcscConnection& connection) override;
-    void endTransaction(const PcscConnection& connection) noexcept override;
+    void endTransaction(const PcscConnection& connection, bool resetsCard) noexcept override;
     Code transmit(const PcscConnection& connection, ASN1::View command, Blob& response) override;
 
     std::chrono::steady_clock::time_point now() const override { return now_; }

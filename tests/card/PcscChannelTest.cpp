@@ -59,6 +59,27 @@ TEST_F(PcscChannelTest, KeepsOneTransactionAroundAllCommands) {
                                         "end", "disconnect"));
 }
 
+TEST_F(PcscChannelTest, ResetsACardThatWasGivenAPin) {
+    open();
+    EXPECT_EQ(send("002000010431323334"), "9000");
+    channel_.reset();
+    EXPECT_EQ(newCalls().end()[-2], "end and reset");
+}
+
+TEST_F(PcscChannelTest, LeavesACardAsItIsThatWasGivenNone) {
+    for (const char* command : {"00200001", readOctets}) {
+        open();
+        EXPECT_EQ(send(command), "9000");
+        channel_.reset();
+        EXPECT_EQ(newCalls().end()[-2], "end") << "a PIN's state alone was asked for";
+    }
+    card_ = ScriptedChannel({"63C2"});
+    open();
+    EXPECT_EQ(send("002000010431323334"), "63C2");
+    channel_.reset();
+    EXPECT_EQ(newCalls().end()[-2], "end") << "the PIN was wrong";
+}
+
 struct ConnectFailure {
     std::uint32_t code;
     const char* message;

@@ -87,8 +87,9 @@ public:
     virtual void disconnect(const PcscConnection& connection) noexcept = 0;
     /// Keeps others from the card; waits for as long as another transaction lasts.
     virtual Code beginTransaction(const PcscConnection& connection) = 0;
-    /// Ends what beginTransaction() began; the card is left as it is.
-    virtual void endTransaction(const PcscConnection& connection) noexcept = 0;
+    /// Ends what beginTransaction() began; the card is reset before others get at it, or left as it
+    /// is.
+    virtual void endTransaction(const PcscConnection& connection, bool resetsCard) noexcept = 0;
     /// Sends the octets as they are. Success may come with fewer than two octets.
     virtual Code transmit(const PcscConnection& connection, ASN1::View command, Blob& response) = 0;
 

@@ -30,6 +30,12 @@ bool isPerformed(const Blob& response) {
     return sw1 == 0x90 || (sw1 >= 0x61 && sw1 <= 0x63);
 }
 
+/// VERIFY with a PIN that was the right one.
+bool givesPin(const Blob& command, const Blob& response) {
+    return command[1] == Instruction::verify && command.size() > headerSize + 1 &&
+           response[response.size() - statusSize] == 0x90;
+}
+
 /// What T=0 sends of a short command with data: its Le stays behind. No copy, which might hold a
 /// PIN.
 ASN1::View withoutLe(const Blob& command) {
@@ -76,7 +82,7 @@ IPcscService::Code PcscChannel::begin() {
 }
 
 void PcscChannel::end() noexcept {
-    if (isInTransaction_) service_.endTransaction(connection_);
+    if (isInTransaction_) service_.endTransaction(connection_, knowsPin_);
     isInTransaction_ = false;
     service_.disconnect(connection_);
 }
@@ -101,13 +107,14 @@ Blob PcscChannel::send(const Blob& command) {
                                  : service_.transmit(connection_, command, response);
     if (code == PcscCode::resetCard) {
         state_ = State::reset;
-        isInTransaction_ = false;  // it ended with the reset
+        isInTransaction_ = knowsPin_ = false;  // both ended with the reset
         throw PcscError::of(code, transmitting, subject());
     }
     if (code == PcscCode::noCard) code = PcscCode::removedCard;
     if (code != PcscCode::success) lose(PcscError::of(code, transmitting, subject()));
     if (response.size() < statusSize)
         lose(PcscError("card removed", transmitting, subject() + ", incomplete response"));
+    knowsPin_ = knowsPin_ || givesPin(command, response);
     return response;
 }
 

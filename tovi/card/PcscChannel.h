@@ -14,7 +14,8 @@ namespace tovi {
 
 /// The card in a PC/SC reader: connected shared, with one transaction from construction to
 /// destruction, so that nobody else comes between the commands. At the end the card is left as it
-/// is. Every failure is a PcscError.
+/// is, unless a PIN was given: then it is reset, so that nobody after finds the PIN verified. Every
+/// failure is a PcscError.
 ///
 /// A card that was reset by somebody else, as some systems do when a transaction takes long, has
 /// forgotten what was selected and which PINs were given. The command that met the reset was not
@@ -72,6 +73,7 @@ private:
     std::uint16_t events_;
     PcscConnection connection_;
     bool isInTransaction_ = false;
+    bool knowsPin_ = false;  // a PIN was given, and no reset since
     State state_ = State::selected;
     std::optional<PcscError> failure_;  // that ended the session
 };

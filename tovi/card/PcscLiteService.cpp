@@ -36,8 +36,8 @@ public:
     Code beginTransaction(const PcscConnection& connection) override {
         return toCode(SCardBeginTransaction(handleOf(connection)));
     }
-    void endTransaction(const PcscConnection& connection) noexcept override {
-        SCardEndTransaction(handleOf(connection), SCARD_LEAVE_CARD);
+    void endTransaction(const PcscConnection& connection, bool resetsCard) noexcept override {
+        SCardEndTransaction(handleOf(connection), resetsCard ? SCARD_RESET_CARD : SCARD_LEAVE_CARD);
     }
     Code transmit(const PcscConnection& connection, ASN1::View command, Blob& response) override;
 

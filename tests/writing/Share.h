@@ -15,14 +15,13 @@ namespace tovi::test {
 /// Of what is tried many thousand times, sanitizers, under which it takes twenty times as long, try
 /// one in so many; which ones differ from scenario to scenario.
 #ifdef TOVI_TESTS_ARE_SANITIZED
-inline constexpr std::size_t oneIn = 8;
+inline constexpr std::size_t oneIn = 16;
 #else
 inline constexpr std::size_t oneIn = 1;
 #endif
 
-/// The same of random sequences, of which there are any number: without optimisation they take
-/// seven times as long.
-#if defined(TOVI_TESTS_ARE_SANITIZED) || !defined(__OPTIMIZE__)
+/// The same of random sequences.
+#ifdef TOVI_TESTS_ARE_SANITIZED
 inline constexpr unsigned oneSequenceIn = 8;
 #else
 inline constexpr unsigned oneSequenceIn = 1;

@@ -13,6 +13,9 @@ if(TOVI_SANITIZE)
   target_compile_options(tovi_options INTERFACE
     -fsanitize=${TOVI_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tovi_options INTERFACE -fsanitize=${TOVI_SANITIZE})
+  if(TOVI_SANITIZE_NOT)
+    target_compile_options(tovi_options INTERFACE -fno-sanitize=${TOVI_SANITIZE_NOT})
+  endif()
 endif()
 
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)

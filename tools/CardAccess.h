@@ -33,6 +33,8 @@ public:
     ISCardOS& commands() { return commands_; }
     /// The way to the card for commands that ISCardOS has no operation for.
     ICardChannel& channel() { return outermost_; }
+    /// What to do when the card first refuses something for want of a PIN; see DenialWatch.
+    void setPinRemedy(std::function<bool()> remedy) { watched_.setRemedy(std::move(remedy)); }
     /// Off while several commands have to be performed as one; see InterruptibleChannel.
     void setInterruptible(bool isInterruptible) {
         interruptible_.setInterruptible(isInterruptible);

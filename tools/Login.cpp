@@ -53,23 +53,30 @@ void throwIfRefused(const PinState& state, const Pin& pin, const std::string& op
                   triesLeftCode + static_cast<std::int64_t>(*state.triesLeft));
 }
 
-void verify(Invocation& call, CardAccess& card, const Pin& pin) {
-    const auto refuse = [&](const std::string& reason) {
-        if (!reason.empty()) throw Failure(nameOfPin(pin) + " " + reason, call.operation());
-    };
-    refuse(reasonAgainst(pin));
-    const std::uint8_t reference = referenceOf(pin, call.operation());
-    selectHome(card, pin);
+void refuseFor(const std::string& reason, const Pin& pin, const std::string& operation) {
+    if (!reason.empty()) throw Failure(nameOfPin(pin) + " " + reason, operation);
+}
+
+/// Presents the PIN. Nothing is selected, so what was selected stays so.
+void present(Invocation& call, CardAccess& card, const Pin& pin) {
+    const std::string& operation = call.operation();
+    const std::uint8_t reference = referenceOf(pin, operation);
     const PinState before = stateBefore(card.channel(), reference);
-    if (before.isBlocked) throwIfRefused(before, pin, call.operation());
+    if (before.isBlocked) throwIfRefused(before, pin, operation);
     const std::string name =
         nameOfPin(pin) + (before.triesLeft ? ": " + triesText(*before.triesLeft) : "");
     if (!call.options().quiet) call.console().err << name << std::endl;
     Secret entered, block;
     readPin(call, "PIN: ", entered);
-    refuse(reasonAgainst(pin, entered));
+    refuseFor(reasonAgainst(pin, entered), pin, operation);
     encodePin(pin, entered, block);
-    throwIfRefused(verifyPin(card.channel(), reference, block.octets()), pin, call.operation());
+    throwIfRefused(verifyPin(card.channel(), reference, block.octets()), pin, operation);
+}
+
+void verify(Invocation& call, CardAccess& card, const Pin& pin) {
+    refuseFor(reasonAgainst(pin), pin, call.operation());
+    selectHome(card, pin);
+    present(call, card, pin);
 }
 
 /// The authId of an object; empty when there is no such object, or nothing guards it.
@@ -108,9 +115,37 @@ ContainerPointer read(CardAccess& card) {
     return model;
 }
 
+/// Lets the person be asked for the PIN when the card first refuses something for want of it. With
+/// more than one to choose from, it takes --login.
+void askWhenRefused(Invocation& call, CardAccess& card, const PKCS15Container& model) {
+    const Pin* only = onlyPin(model);
+    if (only == nullptr || !reasonAgainst(*only).empty()) return;
+    card.setPinRemedy([&call, &card, pin = *only] {
+        present(call, card, pin);
+        return true;
+    });
+}
+
+/// Reads, and asks the person for a PIN where the card wants one.
+ContainerPointer readAsking(Invocation& call, CardAccess& card) {
+    ContainerPointer model = readIfOpen(call, card);
+    if (model == nullptr) {
+        const ContainerPointer open = readOpenPart(card);
+        const Pin* only = onlyPin(*open);
+        if (only == nullptr) return read(card);  // and fail as it did
+        call.forgetDenial();
+        verify(call, card, *only);
+        return read(card);
+    }
+    askWhenRefused(call, card, *model);
+    return model;
+}
+
 template <class GuardIn>
 ContainerPointer readModelFor(Invocation& call, CardAccess& card, GuardIn guardIn) {
-    if (!wantsLogin(call.options())) return read(card);
+    // Unasked only where a person sees what is told.
+    const bool canAsk = call.console().askSecret && call.console().showsProgress;
+    if (!wantsLogin(call.options())) return canAsk ? readAsking(call, card) : read(card);
     ContainerPointer model = readIfOpen(call, card);
     const bool isOpen = model != nullptr;
     if (!isOpen) model = readOpenPart(card);

@@ -7,7 +7,9 @@
 namespace tovi {
 
 /// Reads the application. Where the call asks for a PIN (--login, --pin-file, --pin-env), that is
-/// verified first as far as the card lets its authentication objects be read without it.
+/// verified first as far as the card lets its authentication objects be read without it. Where it
+/// does not, and a person is there, that one is asked for the card's only PIN as soon as the card
+/// refuses something for want of it.
 ///
 /// `guard` is the authId of the object that the call is about; without --login its PIN is the one
 /// that is verified, and where it has none, the only PIN of the card. So it is where the card does

@@ -37,6 +37,16 @@ std::string nameOfPin(const Pin& pin) {
     return name;
 }
 
+const Pin* onlyPin(const PKCS15Container& model) {
+    const Pin* only = nullptr;
+    for (const Pin& object : model.getAuthInfos()) {
+        if (!isVerifiable(object)) continue;
+        if (only != nullptr) return nullptr;
+        only = &object;
+    }
+    return only;
+}
+
 const Pin& choosePin(const PKCS15Container& model, const std::string& login, const Blob& guard) {
     const std::optional<AuthName> name = parseLogin(login);
     std::vector<const Pin*> pins;

@@ -17,6 +17,9 @@ std::optional<AuthName> parseLogin(const std::string& login);
 const PKCS15ObjectInfo<AuthInfo>& choosePin(const PKCS15Container& model, const std::string& login,
                                             const Blob& guard);
 
+/// The only PIN of the application that VERIFY takes; null when there is none, or more than one.
+const PKCS15ObjectInfo<AuthInfo>* onlyPin(const PKCS15Container& model);
+
 /// `PIN "Signature PIN" (auth:2)`: how a person is told of a PIN.
 std::string nameOfPin(const PKCS15ObjectInfo<AuthInfo>& pin);
 

@@ -57,6 +57,12 @@ private:
 
 }  // namespace
 
+bool hasTerminal() {
+    const int descriptor = ::open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (descriptor >= 0) ::close(descriptor);
+    return descriptor >= 0;
+}
+
 bool askOnTerminal(const std::string& prompt, Secret& secret) {
     SilentTerminal terminal;
     if (!terminal.isSilent()) return false;

@@ -6,6 +6,9 @@
 
 namespace tovi {
 
+/// Whether this process has a terminal, wherever its input and output go.
+bool hasTerminal();
+
 /// Asks the person at the terminal of this process, and shows nothing of what is typed. The
 /// terminal is as it was before afterwards, also when the person interrupts.
 ///

@@ -48,8 +48,8 @@ int main(int argc, char** argv) {
                           wantsColour(),
                           environment("TOVI_CARD"),
                           &interrupted,
-                          isatty(STDERR_FILENO) == 1,
-                          tovi::askOnTerminal};
+                          isatty(STDERR_FILENO) == 1};
+    if (tovi::hasTerminal()) console.askSecret = tovi::askOnTerminal;
     console.outIsTerminal = isatty(STDOUT_FILENO) == 1;
     return tovi::runCommandLine(std::vector<std::string>(argv + (argc > 0), argv + argc), console);
 }

@@ -231,8 +231,55 @@ TEST_F(Login, ShowsNoPinInATrace) {
     EXPECT_THAT(result.err, Not(HasSubstr("31323334")));
 }
 
+/// A person at a terminal, who is asked where nothing was said of a PIN.
+Surroundings present(const std::string& pin) {
+    Surroundings surroundings = typing(pin);
+    surroundings.showsProgress = true;
+    return surroundings;
+}
+
+TEST_F(Login, AsksThePersonWhenTheCardRefusesToBeRead) {
+    const std::string card = copyOf("pin-to-read");
+    const Result result = run({"--json", "--card", card, "list"}, present("1234"));
+    EXPECT_EQ(result.exit, 0) << result.err;
+    EXPECT_EQ(result.json()["privateKeys"].size(), 1u);
+    EXPECT_THAT(result.err, HasSubstr("3 tries left"));
+    EXPECT_EQ(run({"--card", card, "list"}, typing("1234")).exit, 1) << "nobody sees the question";
+}
+
+TEST_F(Login, AsksThePersonWhenTheCardRefusesAWrite) {
+    const std::string card = copyOf("rich");
+    writeFile(folder_ / "list.json", R"([
+      {"op": "update", "recordNumber": 1, "set": {"label": "first"}},
+      {"op": "update", "recordNumber": 2, "set": {"label": "second"}}])");
+    const Result result =
+        run({"--json", "--card", card, "apply", folder_ / "list.json"}, present("1234"));
+    EXPECT_EQ(result.exit, 0) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("\"User PIN\" (auth:1): 3 tries left"));
+    EXPECT_EQ(run({"--json", "--card", card, "show", "1"}).json()["label"], "first");
+    EXPECT_EQ(run({"--json", "--card", card, "show", "2"}).json()["label"], "second");
+}
+
+TEST_F(Login, AsksOnce) {
+    const std::string card = copyOf("rich");
+    writeFile(folder_ / "list.json", R"([
+      {"op": "update", "recordNumber": 1, "set": {"label": "first"}},
+      {"op": "update", "recordNumber": 2, "set": {"label": "second"}}])");
+    const Result result =
+        run({"--json", "--card", card, "apply", folder_ / "list.json", "--keep-going"},
+            present("9999"));
+    EXPECT_EQ(result.exit, 1);
+    const Json list = result.json();
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0]["error"]["message"], "wrong PIN, 2 tries left");
+    EXPECT_EQ(list[1]["error"]["code"], 0x16A84) << "refused, and not asked again";
+    EXPECT_THAT(triesLine(card), HasSubstr("left=2"));
+    EXPECT_EQ(run({"--json", "--card", card, "show", "1"}).json()["label"],
+              run({"--json", "--card", sampleCard("rich"), "show", "1"}).json()["label"]);
+}
+
 TEST_F(Login, IsNotAskedForWithoutNeed) {
-    EXPECT_EQ(run({"--card", copyOf("rich"), "list"}, typing("wrong")).err, "");
+    EXPECT_EQ(run({"--card", copyOf("rich"), "list"}, present("wrong")).err, "");
 }
 
 }  // namespace

@@ -15,7 +15,6 @@ using ASN1::as;
 using ASN1::Kind;
 using Json = nlohmann::ordered_json;
 
-constexpr const char* otherForm = "otherForm";
 constexpr unsigned deepest = 64;
 
 /// What was found, for an error. Of arrays and objects, which may be deep, only what they are.

@@ -7,6 +7,9 @@
 
 namespace tovi {
 
+/// The member under which a value keeps what is in a form of a later edition of the standard.
+inline constexpr const char* otherForm = "otherForm";
+
 /// Values of the PKCS#15 module as JSON, and back, by the member names of the module.
 ///
 ///     {"privateRSAKey": {"commonObjectAttributes": {"label": "KEY1", "flags": ["private"]}, ...}}

@@ -12,7 +12,6 @@ using ASN1::as;
 using ASN1::Kind;
 using Json = nlohmann::ordered_json;
 
-constexpr const char* otherForm = "otherForm";
 
 Json valueJson(const ASN1::Type& type, const void* value);
 

@@ -577,29 +577,36 @@ protected:
     }
 };
 
-TEST(Apply, FinishesTheOperationInWhichItIsInterrupted) {
-    const NewCard card;
-    HastyUser user;
-    std::istringstream in(Json({writeData("A"), writeData("B")}).dump());
+/// `apply` of a list that this user interrupts.
+Result interruptedApply(const NewCard& card, HastyUser& user, const Json& list,
+                        std::vector<std::string> arguments) {
+    std::istringstream in(list.dump());
     std::ostringstream out;
     std::ostream err(&user);
     Console console{in, out, err, false, card.path(), &user.interrupted};
-    EXPECT_EQ(runCommandLine({"--json", "--trace", "apply", "-"}, console), 130);
-    EXPECT_EQ(Json::parse(out.str()).dump(), R"([{"op":"write","recordNumber":1}])")
+    arguments.insert(arguments.end(), {"--trace", "apply", "-"});
+    const int exit = runCommandLine(arguments, console);
+    return {exit, out.str(), user.seen};
+}
+
+TEST(Apply, FinishesTheOperationInWhichItIsInterrupted) {
+    const NewCard card;
+    HastyUser user;
+    const Result result =
+        interruptedApply(card, user, {writeData("A"), writeData("B")}, {"--json"});
+    EXPECT_EQ(result.exit, 130);
+    EXPECT_EQ(result.json().dump(), R"([{"op":"write","recordNumber":1}])")
         << "a whole document of what was done";
-    EXPECT_THAT(user.seen, HasSubstr("1 of 2 operations were performed"));
+    EXPECT_THAT(result.err, HasSubstr("1 of 2 operations were performed"));
     EXPECT_THAT(labelsOf(card.list()["dataObjects"]), ElementsAre("A"));
 }
 
 TEST(Apply, TellsPeopleWhatItDidBeforeItWasInterrupted) {
     const NewCard card;
     HastyUser user;
-    std::istringstream in(Json({writeData("A"), writeData("B")}).dump());
-    std::ostringstream out;
-    std::ostream err(&user);
-    Console console{in, out, err, false, card.path(), &user.interrupted};
-    EXPECT_EQ(runCommandLine({"--trace", "apply", "-"}, console), 130);
-    EXPECT_EQ(out.str(),
+    const Result result = interruptedApply(card, user, {writeData("A"), writeData("B")}, {});
+    EXPECT_EQ(result.exit, 130);
+    EXPECT_EQ(result.out,
               "operation  object      result\n"
               "write      dataObject  record 1\n");
 }
@@ -607,13 +614,10 @@ TEST(Apply, TellsPeopleWhatItDidBeforeItWasInterrupted) {
 TEST(Apply, IsDoneWhenTheInterruptComesInTheLastOperation) {
     const NewCard card;
     HastyUser user;
-    std::istringstream in(Json::array({writeData("A")}).dump());
-    std::ostringstream out;
-    std::ostream err(&user);
-    Console console{in, out, err, false, card.path(), &user.interrupted};
-    EXPECT_EQ(runCommandLine({"--json", "--trace", "apply", "-"}, console), 0);
+    const Result result = interruptedApply(card, user, Json::array({writeData("A")}), {"--json"});
+    EXPECT_EQ(result.exit, 0);
     EXPECT_TRUE(user.interrupted);
-    EXPECT_EQ(Json::parse(out.str()).size(), 1u);
+    EXPECT_EQ(result.json().size(), 1u);
 }
 
 }  // namespace

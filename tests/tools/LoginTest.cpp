@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include "NewCard.h"
 #include "TestCommand.h"
 #include "tools/Secret.h"
 
@@ -245,6 +246,19 @@ TEST_F(Login, AsksThePersonWhenTheCardRefusesToBeRead) {
     EXPECT_EQ(result.json()["privateKeys"].size(), 1u);
     EXPECT_THAT(result.err, HasSubstr("3 tries left"));
     EXPECT_EQ(run({"--card", card, "list"}, typing("1234")).exit, 1) << "nobody sees the question";
+}
+
+TEST_F(Login, ChoosesNoPinOfSeveral) {
+    const std::string card = copyOf("pin-to-read");
+    writeFile(folder_ / "list.json", Json::array({writePin("02", 2)}).dump());
+    ASSERT_EQ(with(card, "1234", {"apply", folder_ / "list.json"}).exit, 0);
+    const Result asked = run({"--card", card, "list"}, present("1234"));
+    EXPECT_EQ(asked.exit, 1);
+    EXPECT_THAT(asked.err, HasSubstr("Failed to decode PrKDF")) << "and nothing was asked";
+    const Result given = with(card, "1234", {"list"});
+    EXPECT_EQ(given.exit, 2);
+    EXPECT_THAT(given.err, HasSubstr("(auth:1), PIN \"PIN 02\" (auth:2)"));
+    EXPECT_THAT(triesLine(card), Not(HasSubstr("left")));
 }
 
 TEST_F(Login, AsksThePersonWhenTheCardRefusesAWrite) {
